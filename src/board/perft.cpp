@@ -2,7 +2,9 @@
 
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <new>
 #include <memory>
 
 #include "board/zuggenerator.h"
@@ -25,15 +27,21 @@ public:
         if (passt == 0) return;
         uint64_t n = 1;
         while (n * 2 <= passt) n *= 2;
-        eintraege_.reset(new PerftEintrag[n]());
+        // calloc leaves the zero pages to the system: only the entries touched cost anything.
+        eintraege_.reset(static_cast<PerftEintrag*>(std::calloc(n, sizeof(PerftEintrag))));
+        if (!eintraege_) throw std::bad_alloc();
         maske_ = n - 1;
     }
+    bool Aktiv() const { return eintraege_ != nullptr; }
     PerftEintrag* Eintrag(uint64_t schluessel) const {
         return eintraege_ ? &eintraege_[schluessel & maske_] : nullptr;
     }
 
 private:
-    std::unique_ptr<PerftEintrag[]> eintraege_;
+    struct Freigabe {
+        void operator()(PerftEintrag* p) const { std::free(p); }
+    };
+    std::unique_ptr<PerftEintrag[], Freigabe> eintraege_;
     uint64_t maske_ = 0;
 };
 
@@ -56,7 +64,10 @@ uint64_t Zaehle(Stellung_t& st, const Stellungsdaten_t& daten, int tiefe, const 
         }
     } else {
         for (const uint32_t* z = liste; z != ende; ++z) {
-            if (!ZugMachenLegal(st, static_cast<Zug_t>(*z), daten, neu, r)) continue;
+            ZugMachen(st, static_cast<Zug_t>(*z), neu, daten, r);
+            // The child's entry is a cache miss: start loading it while the attacks are built.
+            if (tabelle.Aktiv()) __builtin_prefetch(tabelle.Eintrag(neu.schluessel));
+            if (!AngriffeNachZug(st, neu, r)) continue;
             knoten += Zaehle(st, neu, tiefe - 1, tabelle);
             r.Zuruecknehmen();
         }

@@ -19,13 +19,12 @@ inline unsigned FindeSlot(const uint8_t* liste, Feld f) {
     return i;
 }
 
-// Takes the opponent's piece off `nach`, if there is one; keys and material follow.
+// Takes the opponent's piece off `nach`; keys and material follow.
 inline void Schlagen(Stellung_t& st, Feld nach, uint64_t& schluessel, uint64_t& bauernSchluessel,
                      uint64_t& material, Rueckzug_t& r) {
     const unsigned gegner = st.amZug;  // the side to move has already flipped
     Seite_t& g = st.seite[gegner];
     const Bitboard bit = Bit(nach);
-    if (!(g.brett[0] & bit)) return;
     unsigned typ = Bauer;
     while (!(g.brett[typ] & bit)) ++typ;
     const bool ungleichVorher = typ == Laeufer && HatUngleicheLaeufer(st);
@@ -176,7 +175,7 @@ inline void FigurzugMachen(Stellung_t& st, Zug_t zug, unsigned typ, Stellungsdat
         }
     }
     st.amZug = seite ^ 1;
-    Schlagen(st, nach, schluessel, bauernSchluessel, material, r);
+    if (st.seite[seite ^ 1].brett[0] & Bit(nach)) Schlagen(st, nach, schluessel, bauernSchluessel, material, r);
     if (r.rochaden) schluessel ^= RochadenSchluessel(st.rochaden);
     neu.schluessel = schluessel;
     neu.bauernSchluessel = bauernSchluessel;
@@ -345,6 +344,10 @@ bool ZugLegal(Stellung_t& st, Zug_t zug, const Stellungsdaten_t& alt, Stellungsd
 
 bool ZugMachenLegal(Stellung_t& st, Zug_t zug, const Stellungsdaten_t& alt, Stellungsdaten_t& neu, Rueckzug_t& r) {
     ZugMachen(st, zug, neu, alt, r);
+    return AngriffeNachZug(st, neu, r);
+}
+
+bool AngriffeNachZug(Stellung_t& st, Stellungsdaten_t& neu, Rueckzug_t& r) {
     const unsigned mover = st.amZug ^ 1;
     BerechneAngriffeVon(st, neu.belegt, st.amZug, neu.angriffe[mover]);
     if (neu.angriffe[mover].alle & st.seite[mover].brett[Koenig]) {

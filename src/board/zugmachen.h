@@ -31,6 +31,10 @@ void ZugMachen(Stellung_t& st, Zug_t zug, Stellungsdaten_t& neu, const Stellungs
 // Makes the move with full attack records; undoes it and returns false if it leaves the king attacked.
 bool ZugMachenLegal(Stellung_t& st, Zug_t zug, const Stellungsdaten_t& alt, Stellungsdaten_t& neu, Rueckzug_t& r);
 
+// The second half of ZugMachenLegal, for callers that act between making the move and
+// building its attack records (perft fetches its table entry meanwhile).
+bool AngriffeNachZug(Stellung_t& st, Stellungsdaten_t& neu, Rueckzug_t& r);
+
 // Makes the move and tests only the mover's king; undoes it and returns false if it is attacked.
 bool ZugLegal(Stellung_t& st, Zug_t zug, const Stellungsdaten_t& alt, Stellungsdaten_t& neu, Rueckzug_t& r);
 
