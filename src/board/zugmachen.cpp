@@ -84,7 +84,7 @@ void UmwandlungZurueck(Rueckzug_t& r) {
     Seite_t& m = st.seite[st.amZug];
     const unsigned figur = UmwandlungsFigur(r.zug);
     const Feld von = Von(r.zug), nach = Nach(r.zug);
-    --m.anzahl[figur];  // the new piece is the last of its list
+    m.Liste(figur)[--m.anzahl[figur]] = r.verdraengt;  // the new piece is the last of its list
     m.brett[figur] ^= Bit(nach);
     uint8_t* bauern = m.Liste(Bauer);
     bauern[m.anzahl[Bauer]++] = bauern[r.zugSlot];
@@ -195,7 +195,9 @@ void UmwandlungMachen(Stellung_t& st, Zug_t zug, Stellungsdaten_t& neu, const St
     r.zugSlot = slot;
     bauern[slot] = bauern[--m.anzahl[Bauer]];
     m.brett[Bauer] ^= Bit(von);
-    m.Liste(figur)[m.anzahl[figur]++] = static_cast<uint8_t>(nach);
+    uint8_t& neuerSlot = m.Liste(figur)[m.anzahl[figur]++];
+    r.verdraengt = neuerSlot;
+    neuerSlot = static_cast<uint8_t>(nach);
     m.brett[figur] ^= Bit(nach);
     r.zugBits = Bit(von) | Bit(nach);
     m.brett[0] ^= r.zugBits;

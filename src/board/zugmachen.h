@@ -20,6 +20,7 @@ struct Rueckzug_t {
     uint8_t rochaden;          // castling rights before the move
     Bitboard turmBits;         // castling: origin and destination of the rook
     uint32_t turmSlot;         // castling: slot of the rook in its list
+    uint8_t verdraengt;        // promotion: the unused list byte the new piece took, so undo is exact
 
     void Zuruecknehmen() { zuruecknehmen(*this); }
 };
