@@ -87,14 +87,6 @@ double Jetzt() {
     return static_cast<double>(duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count());
 }
 
-// Fixed-width number fields reach the GUI without their fill blanks.
-std::string OhneFuellung(const char* text) {
-    std::string s;
-    for (const char* p = text; *p; ++p)
-        if (!(*p == ' ' && !s.empty() && s.back() == ' ')) s += *p;
-    return s;
-}
-
 }  // namespace
 
 uint64_t Perft(const Stellung_t& st, int tiefe, unsigned tabelleMb) {
@@ -123,7 +115,7 @@ void PerftBefehl(const Stellung_t& st, const char* text, const std::function<voi
         const uint64_t knoten = Perft(st, tiefe, tabelleMb);
         std::snprintf(puffer, sizeof puffer, "info depth %d time %16.0f nodes %16.0f", tiefe, Jetzt() - start,
                       static_cast<double>(knoten));
-        zeile(OhneFuellung(puffer));
+        zeile(puffer);
         return;
     }
 
@@ -155,9 +147,9 @@ void PerftBefehl(const Stellung_t& st, const char* text, const std::function<voi
         std::snprintf(puffer, sizeof puffer, "info move %s depth %d time %16.0f nodes %16.0f", zugtext, tiefe - 1,
                       jetzt - vorige, static_cast<double>(knoten));
         vorige = jetzt;
-        zeile(OhneFuellung(puffer));
+        zeile(puffer);
     }
     std::snprintf(puffer, sizeof puffer, "info depth %d time %16.0f nodes %16.0f", tiefe, Jetzt() - start,
                   static_cast<double>(summe));
-    zeile(OhneFuellung(puffer));
+    zeile(puffer);
 }

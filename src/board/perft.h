@@ -12,5 +12,6 @@
 uint64_t Perft(const Stellung_t& st, int tiefe, unsigned tabelleMb);
 
 // Runs the "perft" command text (depth N, Hash M, divide) on a copy of the
-// position and sends each output line to `zeile`.
+// position and sends each output line to `zeile`. The lines carry printf's
+// fixed-width fields; the output object squeezes their blanks.
 void PerftBefehl(const Stellung_t& st, const char* text, const std::function<void(const std::string&)>& zeile);

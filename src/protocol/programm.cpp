@@ -1,0 +1,147 @@
+#include "protocol/programm.h"
+
+#include <cctype>
+#include <cstring>
+#include <memory>
+#include <mutex>
+#include <new>
+#include <vector>
+
+#include "board/tabellen.h"
+#include "protocol/ausgabe.h"
+#include "protocol/optionen.h"
+#include "protocol/uci.h"
+#include "timing/zeitkontrolle.h"
+
+namespace {
+
+constexpr std::streamsize PufferGroesse = 40000;
+constexpr int MaxWortLaenge = 15;
+
+enum class Zufallsspieler { Keiner, Zufall, Matt };
+
+// One input line, or the next 39999 characters of a longer one; false at the end of input.
+bool LeseZeile(std::istream& ein, std::vector<char>& puffer) {
+    ein.getline(puffer.data(), PufferGroesse);
+    if (ein.bad()) return false;
+    if (ein.fail()) {
+        // A full buffer without a line end: the tail arrives as the next line.
+        if (!ein.eof() && ein.gcount() == PufferGroesse - 1) {
+            ein.clear();
+            return true;
+        }
+        return false;
+    }
+    return true;
+}
+
+void EntferneLeerAmEnde(char* text) {
+    size_t n = std::strlen(text);
+    while (n > 0 && std::isspace(static_cast<unsigned char>(text[n - 1]))) text[--n] = '\0';
+}
+
+// The first white-space delimited word, at most 15 characters.
+void ErstesWort(const char* zeile, char* wort) {
+    while (*zeile != '\0' && std::isspace(static_cast<unsigned char>(*zeile))) ++zeile;
+    int n = 0;
+    while (n < MaxWortLaenge && zeile[n] != '\0' && !std::isspace(static_cast<unsigned char>(zeile[n]))) {
+        wort[n] = zeile[n];
+        ++n;
+    }
+    wort[n] = '\0';
+}
+
+}  // namespace
+
+int Programm(int argc, char** argv, std::istream& ein, std::ostream& aus, std::ostream& fehler) {
+    // The tables are read without locks by every thread, so they exist before any of them.
+    static std::once_flag tabellenGebaut;
+    std::call_once(tabellenGebaut, InitTabellen);
+
+    // (The tool switches are tried here first, before any argument is judged.)
+
+    // Bad arguments are reported and skipped: they never keep the engine from playing.
+    Zufallsspieler zufall = Zufallsspieler::Keiner;
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--Rnd") == 0) {
+            zufall = Zufallsspieler::Zufall;
+        } else if (std::strcmp(argv[i], "--RndMate") == 0) {
+            zufall = Zufallsspieler::Matt;
+        } else {
+            fehler << "illegal command line argument argv[" << i << "] = \"" << argv[i] << "\"\n";
+            fehler.flush();
+        }
+    }
+    // (The searcher is created here: the random one in `zufall`'s mode, else the normal one.)
+    // The random players announce no options at all.
+    const Option_t* tabelle = zufall != Zufallsspieler::Keiner ? LeereOptionstabelle : Optionstabelle;
+
+    std::unique_ptr<Zeitkontrolle_t> zeitkontrolle;
+    std::unique_ptr<Ausgabe_t> ausgabe;
+    std::unique_ptr<UciInterface_t> uci;
+    Eingabe_t* eingabe = nullptr;  // where the lines go once a protocol is chosen
+    bool gewaehlt = false;
+
+    std::vector<char> puffer(static_cast<size_t>(PufferGroesse));
+    bool beendet = false;
+    while (!beendet && LeseZeile(ein, puffer)) {
+        char* zeile = puffer.data();
+        EntferneLeerAmEnde(zeile);
+        char wort[MaxWortLaenge + 1];
+        ErstesWort(zeile, wort);
+        if (wort[0] == '\0') continue;
+
+        if (gewaehlt) {
+            if (eingabe != nullptr) {
+                eingabe->befehl(zeile);
+                beendet = uci != nullptr && uci->Beendet();
+            }
+            continue;
+        }
+
+        const bool istUci = std::strcmp(wort, "uci") == 0;
+        const bool istUciTest = std::strcmp(wort, "ucitest") == 0;
+        if (istUci || istUciTest) {
+            zeitkontrolle.reset(new (std::nothrow) Zeitkontrolle_t{});
+            if (istUci) {
+                ausgabe.reset(new (std::nothrow) UciAusgabe_t(tabelle, aus));
+            } else {
+                ausgabe.reset(new (std::nothrow) UciTestausgabe_t(zeitkontrolle.get(), aus));
+            }
+            if (ausgabe != nullptr) {
+                uci.reset(new (std::nothrow) UciInterface_t(tabelle, zeitkontrolle.get(), ausgabe.get()));
+            }
+            eingabe = uci.get();
+            gewaehlt = true;
+        } else if (std::strcmp(wort, "xboard") == 0) {
+            zeitkontrolle.reset(new (std::nothrow) Zeitkontrolle_t{});
+            auto* xboardAusgabe = new (std::nothrow) XBoardAusgabe_t(zeitkontrolle.get(), aus);
+            ausgabe.reset(xboardAusgabe);
+            if (xboardAusgabe != nullptr) {
+                uci.reset(new (std::nothrow) UciInterface_t(tabelle, zeitkontrolle.get(), xboardAusgabe));
+                if (uci != nullptr) xboardAusgabe->optionen = &uci->Optionen();
+            }
+            // (The XBoard adapter goes in front of the interpreter here and gets
+            // the back-pointer; until then the lines go straight to UCI.)
+            eingabe = uci.get();
+            gewaehlt = true;
+        } else {
+            // The GUI may still choose with a later line.
+            fehler << "'uci' or 'xboard' expected\n";
+            fehler.flush();
+        }
+    }
+
+    // Input ran out: a running search is stopped and waited for before anything is destroyed.
+    if (!beendet && eingabe != nullptr) {
+        eingabe->befehl("position startpos");
+        eingabe->befehl("quit");
+    }
+
+    // Interpreter first, the objects it refers to after it.
+    uci.reset();
+    ausgabe.reset();
+    // (The searcher is destroyed here.)
+    zeitkontrolle.reset();
+    return 0;
+}

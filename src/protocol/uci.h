@@ -1,0 +1,67 @@
+// The UCI command interpreter. The XBoard adapter drives it with UCI lines of
+// its own making, so everything here holds under XBoard too.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+
+#include "board/stellung.h"
+#include "board/zugmachen.h"
+#include "protocol/optionen.h"
+
+class Ausgabe_t;
+struct Zeitkontrolle_t;
+
+// One interpreter per protocol.
+class Eingabe_t {
+public:
+    virtual ~Eingabe_t() = default;
+    // One input line without its trailing white space.
+    virtual void befehl(const char* zeile) = 0;
+};
+
+class UciInterface_t : public Eingabe_t {
+public:
+    UciInterface_t(const Option_t* tabelle, Zeitkontrolle_t* zeitkontrolle, Ausgabe_t* ausgabe);
+
+    void befehl(const char* zeile) override;
+
+    // Set by "quit"; the input loop of the program ends on it.
+    bool Beendet() const { return beenden.load(); }
+
+    Optionen_t& Optionen() { return optionen; }
+    const Optionen_t& Optionen() const { return optionen; }
+    const Stellung_t& Stellung() const { return stellung; }
+    const Stellungsdaten_t& Daten() const { return daten; }
+    bool Debug() const { return debug != 0; }
+
+private:
+    struct Befehl_t;
+    static const Befehl_t Befehle[];
+
+    // Each command gets the whole line and the text just past its word.
+    void Debugbefehl(const char* zeile, const char* rest);
+    void Isready(const char* zeile, const char* rest);
+    void Setoption(const char* zeile, const char* rest);
+    void Ucinewgame(const char* zeile, const char* rest);
+    void Position(const char* zeile, const char* rest);
+    void Quit(const char* zeile, const char* rest);
+    void Perft(const char* zeile, const char* rest);
+
+    // Standard start position as the base of the history.
+    void Startstellung();
+    // Plays the moves after "moves"; stops at the first illegal one.
+    void SpieleZuege(const char* text);
+
+    Ausgabe_t* ausgabe;
+    Optionen_t optionen;
+    Zeitkontrolle_t* zeitkontrolle;
+    Stellung_t stellung;  // carries the key history of the game
+    Stellungsdaten_t daten;
+    Stellung_t basis;     // the position the moves of "position" start from
+    Rueckzug_t rueckzug[2];
+    uint8_t rueckzugIndex = 0;
+    uint8_t debug = 0;
+    uint8_t zweiterModus = 0;  // no UCI command sets it
+    std::atomic<bool> beenden{false};
+};
