@@ -197,7 +197,7 @@ UciTestausgabe_t::UciTestausgabe_t(Zeitkontrolle_t* zk, std::ostream& a) : Ausga
 
 void UciTestausgabe_t::bestzug(const Stellung_t&, Zug_t, Zug_t) {
     ++ergebnisse;
-    const int64_t start = zeitkontrolle != nullptr ? zeitkontrolle->startzeit : Millisekunden();
+    const int64_t start = zeitkontrolle != nullptr ? zeitkontrolle->start : Millisekunden();
     // At least 10 ms, so the logarithm stays finite.
     const double sekunden = std::max(static_cast<double>(Millisekunden() - start) / 1000.0, 0.01);
     sekundenGesamt += sekunden;

@@ -7,18 +7,20 @@
 #include <new>
 #include <vector>
 
+#include <unistd.h>
+
 #include "board/tabellen.h"
 #include "protocol/ausgabe.h"
 #include "protocol/optionen.h"
 #include "protocol/uci.h"
+#include "search/suche_zufall.h"
+#include "search/zufallsgenerator.h"
 #include "timing/zeitkontrolle.h"
 
 namespace {
 
 constexpr std::streamsize PufferGroesse = 40000;
 constexpr int MaxWortLaenge = 15;
-
-enum class Zufallsspieler { Keiner, Zufall, Matt };
 
 // One input line, or the next 39999 characters of a longer one; false at the end of input.
 bool LeseZeile(std::istream& ein, std::vector<char>& puffer) {
@@ -61,20 +63,23 @@ int Programm(int argc, char** argv, std::istream& ein, std::ostream& aus, std::o
     // (The tool switches are tried here first, before any argument is judged.)
 
     // Bad arguments are reported and skipped: they never keep the engine from playing.
-    Zufallsspieler zufall = Zufallsspieler::Keiner;
+    // Each random-player switch replaces the random searcher made by an earlier one.
+    std::unique_ptr<Sucher_t> sucher;
     for (int i = 1; i < argc; ++i) {
-        if (std::strcmp(argv[i], "--Rnd") == 0) {
-            zufall = Zufallsspieler::Zufall;
-        } else if (std::strcmp(argv[i], "--RndMate") == 0) {
-            zufall = Zufallsspieler::Matt;
+        const bool zufall = std::strcmp(argv[i], "--Rnd") == 0;
+        const bool matt = std::strcmp(argv[i], "--RndMate") == 0;
+        if (zufall || matt) {
+            Zufall().Saeen(static_cast<uint32_t>(Millisekunden() / 1000 + getpid()));
+            sucher.reset();
+            sucher.reset(new (std::nothrow) SucheZufall_t(matt));
         } else {
             fehler << "illegal command line argument argv[" << i << "] = \"" << argv[i] << "\"\n";
             fehler.flush();
         }
     }
-    // (The searcher is created here: the random one in `zufall`'s mode, else the normal one.)
     // The random players announce no options at all.
-    const Option_t* tabelle = zufall != Zufallsspieler::Keiner ? LeereOptionstabelle : Optionstabelle;
+    const Option_t* tabelle = sucher != nullptr ? LeereOptionstabelle : Optionstabelle;
+    // (The alpha-beta searcher is made here when no random player was asked for.)
 
     std::unique_ptr<Zeitkontrolle_t> zeitkontrolle;
     std::unique_ptr<Ausgabe_t> ausgabe;
@@ -109,7 +114,7 @@ int Programm(int argc, char** argv, std::istream& ein, std::ostream& aus, std::o
                 ausgabe.reset(new (std::nothrow) UciTestausgabe_t(zeitkontrolle.get(), aus));
             }
             if (ausgabe != nullptr) {
-                uci.reset(new (std::nothrow) UciInterface_t(tabelle, zeitkontrolle.get(), ausgabe.get()));
+                uci.reset(new (std::nothrow) UciInterface_t(tabelle, zeitkontrolle.get(), ausgabe.get(), sucher.get()));
             }
             eingabe = uci.get();
             gewaehlt = true;
@@ -118,7 +123,7 @@ int Programm(int argc, char** argv, std::istream& ein, std::ostream& aus, std::o
             auto* xboardAusgabe = new (std::nothrow) XBoardAusgabe_t(zeitkontrolle.get(), aus);
             ausgabe.reset(xboardAusgabe);
             if (xboardAusgabe != nullptr) {
-                uci.reset(new (std::nothrow) UciInterface_t(tabelle, zeitkontrolle.get(), xboardAusgabe));
+                uci.reset(new (std::nothrow) UciInterface_t(tabelle, zeitkontrolle.get(), xboardAusgabe, sucher.get()));
                 if (uci != nullptr) xboardAusgabe->optionen = &uci->Optionen();
             }
             // (The XBoard adapter goes in front of the interpreter here and gets
@@ -134,6 +139,9 @@ int Programm(int argc, char** argv, std::istream& ein, std::ostream& aus, std::o
 
     // Input ran out: a running search is stopped and waited for before anything is destroyed.
     if (!beendet && eingabe != nullptr) {
+        // No "stop" can come any more: a pondering or infinite search would keep
+        // "position" waiting for ever, so it is ended first.
+        if (sucher != nullptr) sucher->Stop();
         eingabe->befehl("position startpos");
         eingabe->befehl("quit");
     }
@@ -141,7 +149,7 @@ int Programm(int argc, char** argv, std::istream& ein, std::ostream& aus, std::o
     // Interpreter first, the objects it refers to after it.
     uci.reset();
     ausgabe.reset();
-    // (The searcher is destroyed here.)
+    sucher.reset();
     zeitkontrolle.reset();
     return 0;
 }

@@ -1,12 +1,17 @@
 #include "protocol/uci.h"
 
 #include <cctype>
+#include <cstdint>
+#include <memory>
 #include <cstdio>
 #include <cstring>
 #include <string>
 
 #include "board/perft.h"
 #include "board/zug.h"
+#include "board/zuggenerator.h"
+#include "search/sucher.h"
+#include "timing/zeitkontrolle.h"
 #include "protocol/ausgabe.h"
 
 namespace {
@@ -34,15 +39,18 @@ const UciInterface_t::Befehl_t UciInterface_t::Befehle[] = {
     {"setoption", &UciInterface_t::Setoption},
     {"ucinewgame", &UciInterface_t::Ucinewgame},
     {"position", &UciInterface_t::Position},
-    // "go", "stop" and "ponderhit" arrive with the searcher.
+    {"go", &UciInterface_t::Go},
+    {"stop", &UciInterface_t::Stop},
+    {"ponderhit", &UciInterface_t::Ponderhit},
     {"quit", &UciInterface_t::Quit},
     {"perft", &UciInterface_t::Perft},
-    // "book" and "time" arrive with the book and the time network.
+    // "book" arrives with the opening book.
+    {"time", &UciInterface_t::Zeit},
     {nullptr, nullptr},
 };
 
-UciInterface_t::UciInterface_t(const Option_t* tabelle, Zeitkontrolle_t* zk, Ausgabe_t* a)
-    : ausgabe(a), optionen(tabelle), zeitkontrolle(zk), stellung{}, daten{}, basis{}, rueckzug{} {
+UciInterface_t::UciInterface_t(const Option_t* tabelle, Zeitkontrolle_t* zk, Ausgabe_t* a, Sucher_t* s)
+    : ausgabe(a), optionen(tabelle), zeitkontrolle(zk), stellung{}, daten{}, basis{}, rueckzug{}, sucher(s) {
     Startstellung();
 }
 
@@ -89,8 +97,12 @@ void UciInterface_t::Ucinewgame(const char*, const char*) {
     // Deliberately nothing: the next "position" sets everything up.
 }
 
+void UciInterface_t::WarteAufSucher() {
+    if (sucher != nullptr) sucher->WarteBisUntaetig();
+}
+
 void UciInterface_t::Position(const char*, const char* rest) {
-    // (Once the searcher exists: wait here until it is idle.)
+    WarteAufSucher();
     rueckzugIndex = 0;
     const char* p = UeberspringeLeer(rest);
 
@@ -160,11 +172,113 @@ void UciInterface_t::SpieleZuege(const char* text) {
     }
 }
 
+namespace {
+
+// The number after a keyword found anywhere in the line: white space, an optional
+// minus and digits; 0 when the keyword or the digits are missing.
+int64_t ZahlNach(const char* zeile, const char* wort) {
+    const char* p = std::strstr(zeile, wort);
+    if (p == nullptr) return 0;
+    p = UeberspringeLeer(p + std::strlen(wort));
+    const bool negativ = *p == '-';
+    if (negativ) ++p;
+    int64_t wert = 0;
+    for (; *p >= '0' && *p <= '9'; ++p) {
+        if (wert > (INT64_MAX - 9) / 10) break;  // absurd numbers saturate instead of overflowing
+        wert = wert * 10 + (*p - '0');
+    }
+    return negativ ? -wert : wert;
+}
+
+int ZahlNach32(const char* zeile, const char* wort) {
+    const int64_t wert = ZahlNach(zeile, wort);
+    return static_cast<int>(wert < INT32_MIN ? INT32_MIN : wert > INT32_MAX ? INT32_MAX : wert);
+}
+
+}  // namespace
+
+int UciInterface_t::Wurzelzuege(const char* zeile, uint32_t* zuege) {
+    Zugliste_t alle;
+    const uint32_t* ende = ErzeugeZuege(stellung, daten, alle);
+    int n = 0;
+    for (const uint32_t* z = alle; z != ende; ++z)
+        if (IstLegal(stellung, static_cast<Zug_t>(*z), daten)) zuege[n++] = *z;
+
+    const char* liste = std::strstr(zeile, "searchmoves");
+    const bool einschraenken = liste != nullptr;
+    if (!einschraenken) liste = std::strstr(zeile, "excludemoves");
+    if (liste == nullptr) return n;
+    liste += einschraenken ? 11 : 12;
+
+    // Mark the moves named, then keep the marked ones (searchmoves) or the others.
+    bool genannt[MaxZuege] = {};
+    int gefunden = 0;
+    for (const char* p = UeberspringeLeer(liste); *p != '\0'; p = UeberspringeLeer(p)) {
+        char text[8] = {};
+        for (int i = 0; i < 7 && p[i] != '\0' && !IstLeer(p[i]); ++i) text[i] = p[i];
+        while (*p != '\0' && !IstLeer(*p)) ++p;
+        const Zug_t zug = LeseKoordinatenZug(stellung, text);
+        int i = 0;
+        while (i < n && zuege[i] != zug) ++i;
+        if (zug == 0 || i == n) {
+            if (ausgabe != nullptr) ausgabe->fehler("go: illegal move: ", text);
+            continue;
+        }
+        gefunden += !genannt[i];
+        genannt[i] = true;
+    }
+    // Nothing left to search is no restriction: the GUI still gets a move.
+    if (einschraenken && gefunden == 0) return n;
+    if (!einschraenken && gefunden == n) return n;
+    int behalten = 0;
+    for (int i = 0; i < n; ++i)
+        if (genannt[i] == einschraenken) zuege[behalten++] = zuege[i];
+    return behalten;
+}
+
+void UciInterface_t::Go(const char* zeile, const char*) {
+    if (sucher == nullptr) return;
+    const bool weiss = stellung.amZug == Weiss;
+    const int64_t zeit = ZahlNach(zeile, weiss ? "wtime" : "btime");
+    const int64_t inkrement = ZahlNach(zeile, weiss ? "winc" : "binc");
+    const int zuegeBisKontrolle = ZahlNach32(zeile, "movestogo");
+    const int tiefe = ZahlNach32(zeile, "depth");
+    const int matt = ZahlNach32(zeile, "mate");
+    const int64_t knoten = ZahlNach(zeile, "nodes");
+    const int64_t zugzeit = ZahlNach(zeile, "movetime");
+    const bool unendlich = std::strstr(zeile, "infinite") != nullptr;
+
+    WarteAufSucher();
+    if (zeitkontrolle != nullptr)
+        zeitkontrolle->setzen(zeit, inkrement, zuegeBisKontrolle, tiefe, knoten, matt, zugzeit, unendlich, false);
+
+    auto auftrag = std::make_unique<Suchauftrag_t>();
+    auftrag->stellung = stellung;
+    auftrag->optionen = &optionen;
+    unsigned flags = 0;
+    if (std::strstr(zeile, "ponder") != nullptr) flags |= StartPonder;
+    if (zweiterModus) flags |= StartZweiterModus;
+    if (debug) flags |= StartDebug;
+    auftrag->flags = flags;
+    auftrag->zeit = zeitkontrolle;
+    auftrag->ausgabe = ausgabe;
+    auftrag->anzahlWurzelzuege = Wurzelzuege(zeile, auftrag->wurzelzuege);
+    sucher->Go(*auftrag);
+}
+
+void UciInterface_t::Stop(const char*, const char*) {
+    if (sucher != nullptr) sucher->Stop();
+}
+
+void UciInterface_t::Ponderhit(const char*, const char*) {
+    if (sucher != nullptr) sucher->ponderhit();
+}
+
 void UciInterface_t::Quit(const char*, const char*) {
     // Silence first: not even the "bestmove" of a stopped search may follow "quit".
     if (ausgabe != nullptr) ausgabe->schweigen = true;
     beenden = true;
-    // (Once the searcher exists: stop it, clear its ponder state and wait until it is idle.)
+    if (sucher != nullptr) sucher->Stop();
 }
 
 void UciInterface_t::Perft(const char*, const char* rest) {
@@ -172,5 +286,12 @@ void UciInterface_t::Perft(const char*, const char* rest) {
         std::string zeile = text;
         QuetscheLeerzeichen(zeile);
         if (ausgabe != nullptr) ausgabe->zeile(zeile);
+    });
+}
+
+void UciInterface_t::Zeit(const char*, const char* rest) {
+    // Not squeezed: the file names in the messages stay exactly as given.
+    ZeitBefehl(zeittrainer, rest, [this](const std::string& text) {
+        if (ausgabe != nullptr) ausgabe->zeile(text);
     });
 }

@@ -4,12 +4,15 @@
 
 #include <atomic>
 #include <cstdint>
+#include <memory>
 
 #include "board/stellung.h"
 #include "board/zugmachen.h"
 #include "protocol/optionen.h"
+#include "timing/zeittrainer.h"
 
 class Ausgabe_t;
+class Sucher_t;
 struct Zeitkontrolle_t;
 
 // One interpreter per protocol.
@@ -22,7 +25,9 @@ public:
 
 class UciInterface_t : public Eingabe_t {
 public:
-    UciInterface_t(const Option_t* tabelle, Zeitkontrolle_t* zeitkontrolle, Ausgabe_t* ausgabe);
+    // Without a searcher "go" is ignored (used by tests of the other commands).
+    UciInterface_t(const Option_t* tabelle, Zeitkontrolle_t* zeitkontrolle, Ausgabe_t* ausgabe,
+                   Sucher_t* sucher = nullptr);
 
     void befehl(const char* zeile) override;
 
@@ -45,13 +50,20 @@ private:
     void Setoption(const char* zeile, const char* rest);
     void Ucinewgame(const char* zeile, const char* rest);
     void Position(const char* zeile, const char* rest);
+    void Go(const char* zeile, const char* rest);
+    void Stop(const char* zeile, const char* rest);
+    void Ponderhit(const char* zeile, const char* rest);
     void Quit(const char* zeile, const char* rest);
     void Perft(const char* zeile, const char* rest);
+    void Zeit(const char* zeile, const char* rest);
 
     // Standard start position as the base of the history.
     void Startstellung();
     // Plays the moves after "moves"; stops at the first illegal one.
     void SpieleZuege(const char* text);
+    // The legal root moves, restricted by "searchmoves" or "excludemoves".
+    int Wurzelzuege(const char* zeile, uint32_t* zuege);
+    void WarteAufSucher();
 
     Ausgabe_t* ausgabe;
     Optionen_t optionen;
@@ -61,7 +73,9 @@ private:
     Stellung_t basis;     // the position the moves of "position" start from
     Rueckzug_t rueckzug[2];
     uint8_t rueckzugIndex = 0;
+    Sucher_t* sucher;
     uint8_t debug = 0;
     uint8_t zweiterModus = 0;  // no UCI command sets it
     std::atomic<bool> beenden{false};
+    std::unique_ptr<Zeittrainer_t> zeittrainer;  // made by the first "time" command that needs it
 };

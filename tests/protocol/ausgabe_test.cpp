@@ -163,22 +163,7 @@ TEST_F(UciAusgabeTest, SilentFlagStopsEveryLine) {
 TEST(UciAusgabeHandshake, AnnouncesVisibleOptionsInTableOrder) {
     std::ostringstream aus;
     UciAusgabe_t ausgabe(Optionstabelle, aus);
-    EXPECT_EQ(Zeilen(aus.str()), (std::vector<std::string>{
-                                     "id name Kelvaran 2017-01-01",
-                                     "id author the Kelvaran developers",
-                                     "option name Hash type spin default 3 min 1 max 32000",
-                                     "option name Ponder type check default true",
-                                     "option name OwnBook type check default true",
-                                     "option name Clear Hash type button",
-                                     "option name MultiPV type spin default 1 min 1 max 10",
-                                     "option name MultiPV_Score type spin default 0 min 0 max 1000",
-                                     "option name UCI_Chess960 type check default false",
-                                     "option name BookFile type string default Kelvaran.opn",
-                                     "option name UCI_Opponent type string default none none human none",
-                                     "option name NumberOfProcessors type spin default 1 min 1 max 32",
-                                     "option name TimeLogfile type string default nul:",
-                                     "uciok",
-                                 }));
+    EXPECT_EQ(Zeilen(aus.str()), Handshake);
 }
 
 TEST(UciAusgabeHandshake, ComboIsAnnouncedWithItsList) {
@@ -198,9 +183,9 @@ TEST(UciTestausgabe, PrintsCountTimesAndGeometricMean) {
     Zeitkontrolle_t zk;
     std::ostringstream aus;
     UciTestausgabe_t ausgabe(&zk, aus);
-    zk.startzeit = Millisekunden() - 2000;
+    zk.start = Millisekunden() - 2000;
     ausgabe.bestzug(start.st, E2E4, 0);
-    zk.startzeit = Millisekunden() - 8000;
+    zk.start = Millisekunden() - 8000;
     ausgabe.bestzug(start.st, E2E4, 0);
     const std::vector<std::string> z = Zeilen(aus.str());
     ASSERT_EQ(z.size(), 2u);
@@ -218,7 +203,7 @@ TEST(UciTestausgabe, PrintsCountTimesAndGeometricMean) {
 TEST(UciTestausgabe, ShortSearchCountsAsTenMilliseconds) {
     Startstellung_t start;
     Zeitkontrolle_t zk;
-    zk.startzeit = Millisekunden() + 60000;  // a clock step backwards must not give a negative time
+    zk.start = Millisekunden() + 60000;  // a clock step backwards must not give a negative time
     std::ostringstream aus;
     UciTestausgabe_t ausgabe(&zk, aus);
     ausgabe.bestzug(start.st, E2E4, 0);

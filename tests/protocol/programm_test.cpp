@@ -10,23 +10,6 @@
 
 namespace {
 
-const std::vector<std::string> Handshake = {
-    "id name Kelvaran 2017-01-01",
-    "id author the Kelvaran developers",
-    "option name Hash type spin default 3 min 1 max 32000",
-    "option name Ponder type check default true",
-    "option name OwnBook type check default true",
-    "option name Clear Hash type button",
-    "option name MultiPV type spin default 1 min 1 max 10",
-    "option name MultiPV_Score type spin default 0 min 0 max 1000",
-    "option name UCI_Chess960 type check default false",
-    "option name BookFile type string default Kelvaran.opn",
-    "option name UCI_Opponent type string default none none human none",
-    "option name NumberOfProcessors type spin default 1 min 1 max 32",
-    "option name TimeLogfile type string default nul:",
-    "uciok",
-};
-
 const std::vector<std::string> HandshakeOhneOptionen = {
     "id name Kelvaran 2017-01-01",
     "id author the Kelvaran developers",
@@ -153,6 +136,18 @@ TEST(ProgrammArgumente, BitbaseSwitchWithoutThreadsFallsThrough) {
               "illegal command line argument argv[3] = \"b\"\n"
               "illegal command line argument argv[4] = \"c\"\n");
     EXPECT_EQ(Zeilen(l.aus), Handshake);
+}
+
+}  // namespace
+
+namespace {
+
+// The trainer's commands reach it through the interpreter, with their exact reports.
+TEST(ProgrammProtokoll, TimeBefehleErreichenDenTrainer) {
+    const Lauf_t l = Starte("uci\ntime add /nicht/da.log\ntime learn\ntime write /nicht/da/netz.txt\nquit\n");
+    EXPECT_EQ(Zeilen(l.aus), Plus(Handshake, {"info string file not found:/nicht/da.log",
+                                              "info string nothing to learn",
+                                              "info string error writing file: /nicht/da/netz.txt"}));
 }
 
 }  // namespace

@@ -11,6 +11,24 @@
 #include "board/tabellen.h"
 #include "protocol/programm.h"
 
+// The whole UCI handshake of the engine with its option table.
+inline const std::vector<std::string> Handshake = {
+    "id name Kelvaran 2017-01-01",
+    "id author the Kelvaran developers",
+    "option name Hash type spin default 3 min 1 max 32000",
+    "option name Ponder type check default true",
+    "option name OwnBook type check default true",
+    "option name Clear Hash type button",
+    "option name MultiPV type spin default 1 min 1 max 10",
+    "option name MultiPV_Score type spin default 0 min 0 max 1000",
+    "option name UCI_Chess960 type check default false",
+    "option name BookFile type string default Kelvaran.opn",
+    "option name UCI_Opponent type string default none none human none",
+    "option name NumberOfProcessors type spin default 1 min 1 max 32",
+    "option name TimeLogfile type string default nul:",
+    "uciok",
+};
+
 inline std::vector<std::string> Zeilen(const std::string& text) {
     std::vector<std::string> zeilen;
     std::istringstream ein(text);
