@@ -16,8 +16,8 @@ struct Rueckzug_t {
     uint32_t geschlagenTyp;    // 0 when nothing was captured
     uint32_t zugSlot;          // slot of the moved piece in its square list
     uint32_t geschlagenSlot;   // slot of the captured piece in its square list
-    uint8_t ep;                // en-passant square before the move
-    uint8_t rochaden;          // castling rights before the move
+    uint8_t ep;                // en-passant square before the move (stored by ZugMachen)
+    uint8_t rochaden;          // castling rights before the move (stored by ZugMachen)
     Bitboard turmBits;         // castling: origin and destination of the rook
     uint32_t turmSlot;         // castling: slot of the rook in its list
     uint8_t verdraengt;        // promotion: the unused list byte the new piece took, so undo is exact
@@ -40,6 +40,7 @@ bool AngriffeNachZug(Stellung_t& st, Stellungsdaten_t& neu, Rueckzug_t& r);
 bool ZugLegal(Stellung_t& st, Zug_t zug, const Stellungsdaten_t& alt, Stellungsdaten_t& neu, Rueckzug_t& r);
 
 // Game-level move: legal test, then the key history (reset by irreversible moves, capped at 101).
+// `daten` holds the position's data before and the new position's after a successful move.
 bool SpielzugMachen(Stellung_t& st, Zug_t zug, Rueckzug_t& r, Stellungsdaten_t& daten);
 
 // True when the side to move has no legal move; ergebnis: 0 stalemate, -1 White mated, +1 Black mated.
