@@ -1,153 +1,64 @@
-// The program entry: command line, protocol choice and the input loop, run on
-// scripted input exactly as a GUI would drive the engine.
+// The program entry: command line, protocol choice and the input loop, on scripted input.
 #include <gtest/gtest.h>
 
 #include <regex>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "protokoll_hilfen.h"
 
 namespace {
 
-const std::vector<std::string> HandshakeOhneOptionen = {
-    "id name Kelvaran 2017-01-01",
-    "id author the Kelvaran developers",
-    "uciok",
-};
-
-std::vector<std::string> Plus(std::vector<std::string> a, const std::vector<std::string>& b) {
-    a.insert(a.end(), b.begin(), b.end());
-    return a;
+std::string Falsch(int i, const char* arg) {
+    return "illegal command line argument argv[" + std::to_string(i) + "] = \"" + arg + "\"\n";
 }
 
-// ---- protocol choice
-
-TEST(ProgrammProtokoll, UciHandshakeThenCommands) {
-    const Lauf_t l = Starte("uci\nisready\nquit\n");
-    EXPECT_EQ(l.status, 0);
-    EXPECT_EQ(Zeilen(l.aus), Plus(Handshake, {"readyok"}));
-    EXPECT_EQ(l.fehler, "");
+TEST(Programm, Skripte) {
+    const std::string keinProtokoll = "'uci' or 'xboard' expected\n";
+    // Arguments, input, output lines, error output.
+    using Skript_t = std::tuple<std::vector<std::string>, std::string, std::vector<std::string>, std::string>;
+    const Skript_t skripte[] = {
+        {{}, "uci\nisready\nquit\n", Plus(Handshake, {"readyok"}), ""},
+        // The protocol word is case-sensitive; the GUI may still choose with a later line.
+        {{}, "UCI\n\n   \nhello world\nisready\nuci\nisready\nquit\n", Plus(Handshake, {"readyok"}),
+         keinProtokoll + keinProtokoll + keinProtokoll},
+        {{}, "uci \t\r\nisready  \r\nquit\r\n", Plus(Handshake, {"readyok"}), ""},
+        {{}, "ucitest\nisready\nquit\n", {"readyok"}, ""},
+        {{}, "xboard\nposition fen bad\nposition startpos moves e2e5\nisready\nquit\n",
+         {"Error (position: Illegal FEN string: ): bad", "Error (position: illegal move: ): e2e5", "readyok"}, ""},
+        {{}, "uci\nquit\nisready\nperft depth 1\n", Handshake, ""},
+        // Unknown words are ignored; the input ends without "quit".
+        {{}, "uci\nfoo bar\nISREADY\nisready_now\nuci\nucinewgame\nsetoption name X value 1\nposition startpos\nisready",
+         Plus(Handshake, {"readyok"}), ""},
+        // Lines beyond the 40000-character buffer arrive in pieces: the tail is a line of its own.
+        {{}, "uci\n" + std::string(39999, 'a') + "isready\n" + std::string(100000, 'b') + "\nquit\n",
+         Plus(Handshake, {"readyok"}), ""},
+        {{}, "uci\nisready" + std::string(39992, ' ') + "\nisready\nquit\n", Plus(Handshake, {"readyok", "readyok"}), ""},
+        {{}, "uci\ntime add /nicht/da.log\ntime learn\ntime write /nicht/da/netz.txt\nquit\n",
+         Plus(Handshake, {"info string file not found:/nicht/da.log", "info string nothing to learn",
+                          "info string error writing file: /nicht/da/netz.txt"}),
+         ""},
+        // Bad arguments never keep the engine from playing.
+        {{"foo", "--rnd", "two words"}, "uci\nquit\n", Handshake,
+         Falsch(1, "foo") + Falsch(2, "--rnd") + Falsch(3, "two words")},
+        {{"--RndMate", "extra", "--Rnd"}, "uci\nquit\n", HandshakeOhneOptionen, Falsch(2, "extra")},
+    };
+    for (const auto& [argumente, eingabe, aus, fehler] : skripte) {
+        SCOPED_TRACE(eingabe.substr(0, 80));
+        const Lauf_t l = Starte(eingabe, argumente);
+        EXPECT_EQ(l.status, 0);
+        EXPECT_EQ(l.aus, aus);
+        EXPECT_EQ(l.fehler, fehler);
+    }
 }
 
-TEST(ProgrammProtokoll, NothingIsPrintedBeforeTheFirstLine) {
-    const Lauf_t l = Starte("");
-    EXPECT_EQ(l.status, 0);
-    EXPECT_EQ(l.aus, "");
-    EXPECT_EQ(l.fehler, "");
-}
-
-TEST(ProgrammProtokoll, OtherFirstWordsAreRejectedUntilAValidOne) {
-    const Lauf_t l = Starte("UCI\n\n   \nhello world\nisready\nuci\nisready\nquit\n");
-    EXPECT_EQ(l.fehler,
-              "'uci' or 'xboard' expected\n'uci' or 'xboard' expected\n'uci' or 'xboard' expected\n");
-    EXPECT_EQ(Zeilen(l.aus), Plus(Handshake, {"readyok"}));
-}
-
-TEST(ProgrammProtokoll, TrailingWhiteSpaceIsStripped) {
-    const Lauf_t l = Starte("uci \t\r\nisready  \r\nquit\r\n");
-    EXPECT_EQ(Zeilen(l.aus), Plus(Handshake, {"readyok"}));
-    EXPECT_EQ(l.fehler, "");
-}
-
-TEST(ProgrammProtokoll, UcitestPrintsNoIdentification) {
-    const Lauf_t l = Starte("ucitest\nisready\nquit\n");
-    EXPECT_EQ(l.aus, "readyok\n");
-}
-
-TEST(ProgrammProtokoll, XboardReportsErrorsInItsOwnForm) {
-    const Lauf_t l = Starte("xboard\nposition fen bad\nposition startpos moves e2e5\nisready\nquit\n");
-    EXPECT_EQ(Zeilen(l.aus), (std::vector<std::string>{"Error (position: Illegal FEN string: ): bad",
-                                                       "Error (position: illegal move: ): e2e5", "readyok"}));
-}
-
-// ---- input loop
-
-TEST(ProgrammEingabe, NothingFollowsQuit) {
-    const Lauf_t l = Starte("uci\nquit\nisready\nperft depth 1\n");
-    EXPECT_EQ(l.status, 0);
-    EXPECT_EQ(Zeilen(l.aus), Handshake);
-}
-
-TEST(ProgrammEingabe, EndOfInputWithoutQuitEndsCleanly) {
-    const Lauf_t l = Starte("uci\nposition startpos moves e2e4\nisready");
-    EXPECT_EQ(l.status, 0);
-    EXPECT_EQ(Zeilen(l.aus), Plus(Handshake, {"readyok"}));
-    EXPECT_EQ(l.fehler, "");
-}
-
-TEST(ProgrammEingabe, OverlongLineArrivesInPieces) {
-    // The first 39999 characters are one unknown word; the tail is read as a line of its own.
-    const std::string lang = std::string(39999, 'a') + "isready";
-    const Lauf_t l = Starte("uci\n" + lang + "\n" + std::string(100000, 'b') + "\nquit\n");
-    EXPECT_EQ(l.status, 0);
-    EXPECT_EQ(Zeilen(l.aus), Plus(Handshake, {"readyok"}));
-}
-
-TEST(ProgrammEingabe, LineOfExactlyTheBufferFits) {
-    const std::string genau = "isready" + std::string(39992, ' ');
-    ASSERT_EQ(genau.size(), 39999u);
-    const Lauf_t l = Starte("uci\n" + genau + "\nisready\nquit\n");
-    EXPECT_EQ(Zeilen(l.aus), Plus(Handshake, {"readyok", "readyok"}));
-}
-
-TEST(ProgrammEingabe, OverlongSetoptionDoesNoHarm) {
-    const Lauf_t l =
-        Starte("uci\nsetoption name BookFile value " + std::string(50000, 'x') + "\nisready\nquit\n");
-    EXPECT_EQ(Zeilen(l.aus), Plus(Handshake, {"readyok"}));
-}
-
-TEST(ProgrammEingabe, PerftFromTheCommandLoop) {
-    const Lauf_t l = Starte("uci\nperft depth 3\nquit\n");
-    const std::vector<std::string> z = Zeilen(l.aus);
-    ASSERT_EQ(z.size(), Handshake.size() + 1);
-    EXPECT_TRUE(std::regex_match(z.back(), std::regex("info depth 3 time [0-9]+ nodes 8902"))) << z.back();
-}
-
-// ---- command line
-
-TEST(ProgrammArgumente, IllegalArgumentsAreReportedWithTheirPosition) {
-    const Lauf_t l = Starte("uci\nquit\n", {"foo", "--rnd", "two words"});
-    EXPECT_EQ(l.status, 0);
-    EXPECT_EQ(l.fehler,
-              "illegal command line argument argv[1] = \"foo\"\n"
-              "illegal command line argument argv[2] = \"--rnd\"\n"
-              "illegal command line argument argv[3] = \"two words\"\n");
-    EXPECT_EQ(Zeilen(l.aus), Handshake);
-}
-
-TEST(ProgrammArgumente, RandomPlayerAnnouncesNoOptions) {
-    const Lauf_t l = Starte("uci\nquit\n", {"--Rnd", "extra"});
-    EXPECT_EQ(l.fehler, "illegal command line argument argv[2] = \"extra\"\n");
-    EXPECT_EQ(Zeilen(l.aus), HandshakeOhneOptionen);
-}
-
-TEST(ProgrammArgumente, BothRandomSwitchesMayRepeat) {
-    const Lauf_t l = Starte("uci\nquit\n", {"--RndMate", "--Rnd"});
-    EXPECT_EQ(l.fehler, "");
-    EXPECT_EQ(Zeilen(l.aus), HandshakeOhneOptionen);
-}
-
-TEST(ProgrammArgumente, BitbaseSwitchWithoutThreadsFallsThrough) {
-    const Lauf_t l = Starte("uci\nquit\n", {"--CreateBitbase", "a", "b", "c"});
-    EXPECT_EQ(l.fehler,
-              "illegal command line argument argv[1] = \"--CreateBitbase\"\n"
-              "illegal command line argument argv[2] = \"a\"\n"
-              "illegal command line argument argv[3] = \"b\"\n"
-              "illegal command line argument argv[4] = \"c\"\n");
-    EXPECT_EQ(Zeilen(l.aus), Handshake);
-}
-
-}  // namespace
-
-namespace {
-
-// The trainer's commands reach it through the interpreter, with their exact reports.
-TEST(ProgrammProtokoll, TimeBefehleErreichenDenTrainer) {
-    const Lauf_t l = Starte("uci\ntime add /nicht/da.log\ntime learn\ntime write /nicht/da/netz.txt\nquit\n");
-    EXPECT_EQ(Zeilen(l.aus), Plus(Handshake, {"info string file not found:/nicht/da.log",
-                                              "info string nothing to learn",
-                                              "info string error writing file: /nicht/da/netz.txt"}));
+TEST(Programm, PerftAufDerAktuellenStellung) {
+    const Lauf_t l = Starte("uci\nposition startpos moves e2e4\nperft depth 1\nperft\nposition startpos\nperft depth 3\n");
+    ASSERT_EQ(l.aus.size(), Handshake.size() + 3);
+    EXPECT_TRUE(std::regex_match(l.aus[14], std::regex("info depth 1 time [0-9]+ nodes 20"))) << l.aus[14];
+    EXPECT_EQ(l.aus[15], "info string perft without depth");
+    EXPECT_TRUE(std::regex_match(l.aus[16], std::regex("info depth 3 time [0-9]+ nodes 8902"))) << l.aus[16];
 }
 
 }  // namespace

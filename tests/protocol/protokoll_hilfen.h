@@ -1,17 +1,13 @@
-// Shared helpers of the protocol tests: running the program on scripted input
-// and splitting what it printed into lines.
+// Running the whole program on scripted input, as a GUI drives it.
 #pragma once
 
 #include <sstream>
 #include <string>
 #include <vector>
 
-#include "board/stellung.h"
-#include "board/zug.h"
-#include "board/tabellen.h"
 #include "protocol/programm.h"
 
-// The whole UCI handshake of the engine with its option table.
+// The engine's full UCI handshake; the random players print only the two id lines and "uciok".
 inline const std::vector<std::string> Handshake = {
     "id name Kelvaran 2017-01-01",
     "id author the Kelvaran developers",
@@ -28,6 +24,7 @@ inline const std::vector<std::string> Handshake = {
     "option name TimeLogfile type string default nul:",
     "uciok",
 };
+inline const std::vector<std::string> HandshakeOhneOptionen = {Handshake[0], Handshake[1], "uciok"};
 
 inline std::vector<std::string> Zeilen(const std::string& text) {
     std::vector<std::string> zeilen;
@@ -36,13 +33,17 @@ inline std::vector<std::string> Zeilen(const std::string& text) {
     return zeilen;
 }
 
+inline std::vector<std::string> Plus(std::vector<std::string> a, const std::vector<std::string>& b) {
+    a.insert(a.end(), b.begin(), b.end());
+    return a;
+}
+
 struct Lauf_t {
     int status;
-    std::string aus;
+    std::vector<std::string> aus;
     std::string fehler;
 };
 
-// Runs the whole program with the given arguments (argv[0] is supplied) and input.
 inline Lauf_t Starte(const std::string& eingabe, std::vector<std::string> argumente = {}) {
     argumente.insert(argumente.begin(), "kelvaran");
     std::vector<char*> argv;
@@ -51,20 +52,5 @@ inline Lauf_t Starte(const std::string& eingabe, std::vector<std::string> argume
     std::istringstream ein(eingabe);
     std::ostringstream aus, fehler;
     const int status = Programm(static_cast<int>(argumente.size()), argv.data(), ein, aus, fehler);
-    return {status, aus.str(), fehler.str()};
-}
-
-// The start position with its data, for the output and interpreter tests.
-struct Startstellung_t {
-    Stellung_t st{};
-    Stellungsdaten_t daten{};
-    Startstellung_t() {
-        InitTabellen();
-        SetzeStellung(st, daten, nullptr);
-    }
-};
-
-inline Zug_t Koordinaten(const char* von, const char* nach, unsigned art) {
-    return MachZug(FeldAus(static_cast<unsigned>(von[0] - 'a'), static_cast<unsigned>(von[1] - '0')),
-                   FeldAus(static_cast<unsigned>(nach[0] - 'a'), static_cast<unsigned>(nach[1] - '0')), art);
+    return {status, Zeilen(aus.str()), fehler.str()};
 }

@@ -1,12 +1,14 @@
-// The random players and the thread hand-offs of the searcher wrapper: go, stop,
-// ponderhit, quit and the end of input, driven as a GUI would drive them.
+// The random players: one position at a time on the searcher thread, then the whole
+// program driven as a GUI drives it (go, stop, ponderhit, quit, end of input).
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <memory>
 #include <sstream>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "../protocol/protokoll_hilfen.h"
 #include "board/zuggenerator.h"
@@ -18,15 +20,13 @@
 
 namespace {
 
-// A searcher and an output object on a string stream, for one position at a time.
-struct Zufallsspiel {
+struct Zufallsspiel_t {
     std::ostringstream aus;
     UciAusgabe_t ausgabe{LeereOptionstabelle, aus};
     SucheZufall_t sucher;
     std::unique_ptr<Suchauftrag_t> auftrag = std::make_unique<Suchauftrag_t>();
 
-    explicit Zufallsspiel(bool matt, const char* fen) : sucher(matt) {
-        aus.str("");  // drop the handshake
+    Zufallsspiel_t(bool matt, const char* fen) : sucher(matt) {
         Stellungsdaten_t daten;
         EXPECT_TRUE(SetzeStellung(auftrag->stellung, daten, fen)) << fen;
         Zugliste_t liste;
@@ -36,71 +36,79 @@ struct Zufallsspiel {
                 auftrag->wurzelzuege[auftrag->anzahlWurzelzuege++] = *z;
         auftrag->ausgabe = &ausgabe;
     }
-
-    std::string Suche(unsigned flags = 0) {
-        auftrag->flags = flags;
+    // What one search prints, "" for nothing.
+    std::string Suche() {
+        aus.str("");
         sucher.Go(*auftrag);
         sucher.WarteBisUntaetig();
         return aus.str();
     }
+    // Is the line the "bestmove" of one of the legal moves?
+    bool Legal(const std::string& zeile) const {
+        char text[8];
+        for (int k = 0; k < auftrag->anzahlWurzelzuege; ++k) {
+            ZugText(auftrag->stellung, static_cast<Zug_t>(auftrag->wurzelzuege[k]), text);
+            if (zeile == "bestmove " + std::string(text) + "\n") return true;
+        }
+        return false;
+    }
 };
 
-TEST(Zufallsspieler, EinzigerZugWirdGespielt) {
-    // Black's king on h8 in check from the rook on a8: only Kh7 is legal.
+TEST(Zufallsspieler, Zugwahl) {
     for (bool matt : {false, true}) {
-        Zufallsspiel spiel(matt, "R6k/8/5K2/8/8/8/8/8 b - - 0 1");
-        ASSERT_EQ(spiel.auftrag->anzahlWurzelzuege, 1);
-        EXPECT_EQ(spiel.Suche(), "bestmove h8h7\n") << matt;
+        // In check from the rook on a8, Black has only Kh7.
+        EXPECT_EQ(Zufallsspiel_t(matt, "R6k/8/5K2/8/8/8/8/8 b - - 0 1").Suche(), "bestmove h8h7\n");
+        EXPECT_EQ(Zufallsspiel_t(matt, "k7/8/1QK5/8/8/8/8/8 b - - 0 1").Suche(), "");  // stalemate
     }
+    // Both rooks mate; the mate mode takes the first in the list, never a random one of the two.
+    Zufallsspiel_t matt(true, "6k1/5ppp/8/8/8/8/8/RR4K1 w - - 0 1");
+    for (int i = 0; i < 5; ++i) EXPECT_EQ(matt.Suche(), "bestmove a1a8\n");
+    Zufallsspiel_t ohneMatt(true, nullptr);
+    for (int i = 0; i < 20; ++i) EXPECT_TRUE(ohneMatt.Legal(ohneMatt.Suche()));
 }
 
-TEST(Zufallsspieler, MattModusNimmtDasErsteMatt) {
-    // Both rooks mate on the eighth rank; the list holds Ra1-a8 before Rb1-b8.
-    Zufallsspiel spiel(true, "6k1/5ppp/8/8/8/8/8/RR4K1 w - - 0 1");
-    EXPECT_EQ(SucheZufall_t::MattInEins(spiel.auftrag->stellung, spiel.auftrag->wurzelzuege,
-                                        spiel.auftrag->anzahlWurzelzuege),
-              MachZug(56, 0, Turm));
-    for (int i = 0; i < 5; ++i) {
-        spiel.aus.str("");
-        EXPECT_EQ(spiel.Suche(), "bestmove a1a8\n");
-    }
-}
-
-TEST(Zufallsspieler, OhneMattZiehtEinenLegalenZug) {
-    Zufallsspiel spiel(true, nullptr);
-    for (int i = 0; i < 20; ++i) {
-        spiel.aus.str("");
-        const std::string zeile = spiel.Suche();
-        ASSERT_EQ(zeile.rfind("bestmove ", 0), 0u) << zeile;
-        bool gefunden = false;
-        for (int k = 0; k < spiel.auftrag->anzahlWurzelzuege; ++k) {
-            char text[8];
-            ZugText(spiel.auftrag->stellung, static_cast<Zug_t>(spiel.auftrag->wurzelzuege[k]), text);
-            gefunden |= zeile == "bestmove " + std::string(text) + "\n";
-        }
-        EXPECT_TRUE(gefunden) << zeile;
-    }
-}
-
-TEST(Zufallsspieler, KeinZugKeineAntwort) {
-    Zufallsspiel spiel(false, "k7/8/1QK5/8/8/8/8/8 b - - 0 1");  // stalemate
-    EXPECT_EQ(spiel.Suche(), "");
-}
-
-TEST(Zufallsspieler, PonderWartetAufPonderhitOderStop) {
-    Zufallsspiel spiel(false, nullptr);
+TEST(Zufallsspieler, PonderWartetAufPonderhit) {
+    Zufallsspiel_t spiel(false, nullptr);
+    spiel.aus.str("");
     spiel.auftrag->flags = StartPonder;
     spiel.sucher.Go(*spiel.auftrag);
     std::this_thread::sleep_for(std::chrono::milliseconds(60));
-    EXPECT_TRUE(spiel.sucher.ponder.load());
+    EXPECT_EQ(spiel.aus.str(), "");
     spiel.sucher.ponderhit();
     spiel.sucher.WarteBisUntaetig();
-    EXPECT_EQ(spiel.aus.str().rfind("bestmove ", 0), 0u);
+    EXPECT_TRUE(spiel.Legal(spiel.aus.str())) << spiel.aus.str();
+}
 
-    spiel.aus.str("");
-    spiel.sucher.Go(*spiel.auftrag);
-    spiel.sucher.Stop();
-    EXPECT_EQ(spiel.aus.str().rfind("bestmove ", 0), 0u);
+// What "--Rnd" prints after its handshake. Without "quit", the end of input stops the
+// search and waits for its move, so the output does not depend on thread timing.
+std::vector<std::string> Nach(const std::string& befehle) {
+    const Lauf_t l = Starte("uci\nposition startpos\n" + befehle, {"--Rnd"});
+    EXPECT_EQ(l.status, 0);
+    const size_t n = std::min<size_t>(l.aus.size(), 3);
+    EXPECT_EQ(std::vector<std::string>(l.aus.begin(), l.aus.begin() + n), HandshakeOhneOptionen);
+    return std::vector<std::string>(l.aus.begin() + n, l.aus.end());
+}
+
+// One "bestmove" line, with one of the given moves when any are given.
+bool EinZug(const std::vector<std::string>& z, const std::vector<std::string>& erlaubt = {}) {
+    if (z.size() != 1 || z[0].rfind("bestmove ", 0) != 0) return false;
+    return erlaubt.empty() || std::find(erlaubt.begin(), erlaubt.end(), z[0].substr(9)) != erlaubt.end();
+}
+
+TEST(Zufallsprogramm, PonderEndet) {
+    // "quit" silences the move of the search it stops; "stop" and the end of input let it through.
+    EXPECT_EQ(Nach("go ponder\nisready\nquit\n"), std::vector<std::string>{"readyok"});
+    EXPECT_TRUE(EinZug(Nach("go ponder\nstop\nquit\n")));
+    EXPECT_TRUE(EinZug(Nach("go infinite ponder\n")));
+}
+
+TEST(Zufallsprogramm, GoBefehle) {
+    // Unknown moves in the list are skipped.
+    for (int i = 0; i < 10; ++i) EXPECT_TRUE(EinZug(Nach("go searchmoves g1f3 zz99 e2e4\n"), {"g1f3", "e2e4"}));
+    EXPECT_TRUE(EinZug(Nach("go excludemoves a2a3 a2a4 b2b3 b2b4 c2c3 c2c4 d2d3 d2d4 e2e3 e2e4 f2f3 f2f4 g2g3 g2g4 "
+                            "h2h3 h2h4 b1a3 b1c3 g1h3\n"),
+                       {"g1f3"}));
+    EXPECT_TRUE(EinZug(Nach("go wtime -5 btime abc movestogo 99999999999999999999 depth x nodes -\n")));
 }
 
 TEST(Zufallsgenerator, GleicheSaatGleicheFolge) {
@@ -112,64 +120,6 @@ TEST(Zufallsgenerator, GleicheSaatGleicheFolge) {
         verschieden |= x != c.Ziehe();
     }
     EXPECT_TRUE(verschieden);
-}
-
-// The whole program with a random player: no options, moves for either side.
-TEST(Zufallsprogramm, SpieltUndKuendigtNichtsAn) {
-    // No "quit": it would silence a "bestmove" that has not been printed yet.
-    const Lauf_t lauf = Starte("uci\nposition startpos moves e2e4\ngo wtime 1000 btime 1000\nisready\n",
-                               {"--RndMate"});
-    const auto zeilen = Zeilen(lauf.aus);
-    ASSERT_GE(zeilen.size(), 4u) << lauf.aus;
-    EXPECT_EQ(zeilen[0], "id name Kelvaran 2017-01-01");
-    EXPECT_EQ(zeilen[2], "uciok");
-    // "isready" does not wait for the search: both lines come, in either order.
-    const std::string rest = zeilen[3] + "|" + (zeilen.size() > 4 ? zeilen[4] : "");
-    EXPECT_NE(rest.find("readyok"), std::string::npos) << lauf.aus;
-    EXPECT_NE(rest.find("bestmove "), std::string::npos) << lauf.aus;
-    EXPECT_EQ(lauf.status, 0);
-}
-
-TEST(Zufallsprogramm, QuitWaehrendPonderDruecktNichtsMehr) {
-    const Lauf_t lauf = Starte("uci\nposition startpos\ngo ponder\nisready\nquit\n", {"--Rnd"});
-    const auto zeilen = Zeilen(lauf.aus);
-    ASSERT_EQ(zeilen.size(), 4u) << lauf.aus;
-    EXPECT_EQ(zeilen[3], "readyok");
-    EXPECT_EQ(lauf.status, 0);
-}
-
-TEST(Zufallsprogramm, StopBeendetPonderMitZug) {
-    const Lauf_t lauf = Starte("uci\nposition startpos\ngo ponder\nstop\nquit\n", {"--Rnd"});
-    const auto zeilen = Zeilen(lauf.aus);
-    ASSERT_EQ(zeilen.size(), 4u) << lauf.aus;
-    EXPECT_EQ(zeilen[3].rfind("bestmove ", 0), 0u);
-}
-
-TEST(Zufallsprogramm, EingabeEndeWaehrendPonderEndetSauber) {
-    const Lauf_t lauf = Starte("uci\nposition startpos\ngo infinite ponder\n", {"--Rnd"});
-    EXPECT_EQ(lauf.status, 0);
-}
-
-TEST(Zufallsprogramm, SearchmovesSchraenktEin) {
-    for (int i = 0; i < 10; ++i) {
-        const Lauf_t lauf = Starte("uci\nposition startpos\ngo searchmoves g1f3 zz99 e2e4\nisready\n", {"--Rnd"});
-        EXPECT_TRUE(lauf.aus.find("bestmove g1f3") != std::string::npos ||
-                    lauf.aus.find("bestmove e2e4") != std::string::npos)
-            << lauf.aus;
-    }
-    const Lauf_t lauf = Starte(
-        "uci\nposition startpos\ngo excludemoves a2a3 a2a4 b2b3 b2b4 c2c3 c2c4 d2d3 d2d4 e2e3 e2e4 f2f3 f2f4 g2g3 "
-        "g2g4 h2h3 h2h4 b1a3 b1c3 g1h3\nisready\n",
-        {"--Rnd"});
-    EXPECT_NE(lauf.aus.find("bestmove g1f3"), std::string::npos) << lauf.aus;
-}
-
-TEST(Zufallsprogramm, GoMitUnsinnZahlen) {
-    const Lauf_t lauf = Starte(
-        "uci\nposition startpos\ngo wtime -5 btime abc movestogo 99999999999999999999 depth x nodes -\nisready\n",
-        {"--Rnd"});
-    EXPECT_NE(lauf.aus.find("bestmove "), std::string::npos) << lauf.aus;
-    EXPECT_EQ(lauf.status, 0);
 }
 
 }  // namespace
