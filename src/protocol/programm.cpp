@@ -20,7 +20,6 @@
 namespace {
 
 constexpr std::streamsize PufferGroesse = 40000;
-constexpr int MaxWortLaenge = 15;
 
 // One input line, or the next 39999 characters of a longer one; false at the end of input.
 bool LeseZeile(std::istream& ein, std::vector<char>& puffer) {
@@ -40,17 +39,6 @@ bool LeseZeile(std::istream& ein, std::vector<char>& puffer) {
 void EntferneLeerAmEnde(char* text) {
     size_t n = std::strlen(text);
     while (n > 0 && std::isspace(static_cast<unsigned char>(text[n - 1]))) text[--n] = '\0';
-}
-
-// The first white-space delimited word, at most 15 characters.
-void ErstesWort(const char* zeile, char* wort) {
-    while (*zeile != '\0' && std::isspace(static_cast<unsigned char>(*zeile))) ++zeile;
-    int n = 0;
-    while (n < MaxWortLaenge && zeile[n] != '\0' && !std::isspace(static_cast<unsigned char>(zeile[n]))) {
-        wort[n] = zeile[n];
-        ++n;
-    }
-    wort[n] = '\0';
 }
 
 }  // namespace
@@ -92,8 +80,8 @@ int Programm(int argc, char** argv, std::istream& ein, std::ostream& aus, std::o
     while (!beendet && LeseZeile(ein, puffer)) {
         char* zeile = puffer.data();
         EntferneLeerAmEnde(zeile);
-        char wort[MaxWortLaenge + 1];
-        ErstesWort(zeile, wort);
+        const Befehlswort_t befehlswort = ErstesWort(zeile);
+        const char* wort = befehlswort.text;
         if (wort[0] == '\0') continue;
 
         if (gewaehlt) {

@@ -23,9 +23,19 @@ const char* UeberspringeLeer(const char* p) {
     return p;
 }
 
-constexpr int MaxWortLaenge = 15;
-
 }  // namespace
+
+Befehlswort_t ErstesWort(const char* zeile) {
+    Befehlswort_t wort{};
+    const char* p = UeberspringeLeer(zeile);
+    size_t n = 0;
+    while (n + 1 < sizeof wort.text && p[n] != '\0' && !IstLeer(p[n])) {
+        wort.text[n] = p[n];
+        ++n;
+    }
+    wort.danach = p + n;
+    return wort;
+}
 
 struct UciInterface_t::Befehl_t {
     const char* wort;
@@ -56,19 +66,12 @@ UciInterface_t::UciInterface_t(const Option_t* tabelle, Zeitkontrolle_t* zk, Aus
 
 void UciInterface_t::befehl(const char* zeile) {
     if (zeile == nullptr) return;
-    const char* p = UeberspringeLeer(zeile);
-    char wort[MaxWortLaenge + 1];
-    int n = 0;
-    while (n < MaxWortLaenge && p[n] != '\0' && !IstLeer(p[n])) {
-        wort[n] = p[n];
-        ++n;
-    }
-    wort[n] = '\0';
-    if (n == 0) return;
+    const Befehlswort_t wort = ErstesWort(zeile);
+    if (wort.text[0] == '\0') return;
     // Unknown words get no reply at all; "uci" after the protocol choice is one of them.
     for (const Befehl_t* b = Befehle; b->wort != nullptr; ++b) {
-        if (std::strcmp(b->wort, wort) == 0) {
-            (this->*(b->ausfuehren))(zeile, p + n);
+        if (std::strcmp(b->wort, wort.text) == 0) {
+            (this->*(b->ausfuehren))(zeile, wort.danach);
             return;
         }
     }

@@ -15,6 +15,13 @@ class Ausgabe_t;
 class Sucher_t;
 struct Zeitkontrolle_t;
 
+// A command word: the first white-space delimited word of a line, at most 15 characters.
+struct Befehlswort_t {
+    char text[16];
+    const char* danach;  // the line just past the word
+};
+Befehlswort_t ErstesWort(const char* zeile);
+
 // One interpreter per protocol.
 class Eingabe_t {
 public:
