@@ -19,6 +19,10 @@ const char* UeberspringeLeer(const char* p) {
     return p;
 }
 
+void VereinigeFiguren(Seite_t& s) {
+    s.brett[0] = s.brett[1] | s.brett[2] | s.brett[3] | s.brett[4] | s.brett[5] | s.brett[6];
+}
+
 Feld Grundreihe(unsigned seite) { return seite == Weiss ? 56 : 0; }
 
 // File of the side's king on its home rank, or -1.
@@ -96,6 +100,8 @@ const char* LeseFen(Stellung_t& st, const char* text) {
             ++linie;
         }
     }
+
+    for (Seite_t& s : st.seite) VereinigeFiguren(s);
 
     // Side to move.
     p = UeberspringeLeer(p);
@@ -185,21 +191,15 @@ const char* LeseFen(Stellung_t& st, const char* text) {
         const Feld ep = FeldAus(static_cast<unsigned>(l - 'a'), st.amZug == Weiss ? 6u : 3u);
         const Feld bauer = st.amZug == Weiss ? ep + 8 : ep - 8;  // the pawn that made the double step
         const unsigned gegner = st.amZug ^ 1;
-        const Bitboard alle = st.seite[0].brett[1] | st.seite[0].brett[2] | st.seite[0].brett[3] |
-                              st.seite[0].brett[4] | st.seite[0].brett[5] | st.seite[0].brett[6] |
-                              st.seite[1].brett[1] | st.seite[1].brett[2] | st.seite[1].brett[3] |
-                              st.seite[1].brett[4] | st.seite[1].brett[5] | st.seite[1].brett[6];
+        const Bitboard alle = st.seite[Weiss].brett[0] | st.seite[Schwarz].brett[0];
         if ((BauernAngriffe(gegner, Bit(ep)) & st.seite[st.amZug].brett[Bauer]) &&
             (st.seite[gegner].brett[Bauer] & Bit(bauer)) && !(alle & Bit(ep)))
             st.ep = static_cast<uint8_t>(ep);
         p += 2;
     }
 
-    for (Seite_t& s : st.seite) {
-        s.brett[0] = s.brett[1] | s.brett[2] | s.brett[3] | s.brett[4] | s.brett[5] | s.brett[6];
+    for (Seite_t& s : st.seite)
         if (!PruefeStellung(s)) return nullptr;
-    }
-    if (st.seite[Weiss].brett[0] & st.seite[Schwarz].brett[0]) return nullptr;
     return p;
 }
 
@@ -222,7 +222,7 @@ void Grundstellung(Stellung_t& st) {
     st.seite[Schwarz].langerTurm = 0;
     st.seite[Schwarz].kurzerTurm = 7;
     for (Seite_t& s : st.seite) {
-        s.brett[0] = s.brett[1] | s.brett[2] | s.brett[3] | s.brett[4] | s.brett[5] | s.brett[6];
+        VereinigeFiguren(s);
         PruefeStellung(s);
     }
 }
