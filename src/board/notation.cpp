@@ -227,3 +227,54 @@ Zug_t LeseSanZug(Stellung_t& st, const char* text, const Stellungsdaten_t& daten
     }
     return zug;
 }
+
+char* ZugSan(Stellung_t& st, Zug_t zug, const Stellungsdaten_t& daten, char* text) {
+    char* t = text;
+    const unsigned art = Art(zug);
+    if (art == Rochade) {
+        std::strcpy(t, LinieVon(Nach(zug)) == 6 ? "O-O" : "O-O-O");
+        t += std::strlen(t);
+    } else {
+        const unsigned typ = art <= Koenig ? art : Bauer;
+        const bool schlag = art == EnPassant || (st.seite[st.amZug ^ 1].brett[0] & Bit(Nach(zug)));
+        if (typ == Bauer) {
+            if (schlag) *t++ = static_cast<char>('a' + LinieVon(Von(zug)));
+        } else {
+            *t++ = " PNBRQK"[typ];
+            // Name the origin's file, or rank, or both, when another piece of the type could go there too.
+            Zugliste_t liste;
+            const uint32_t* ende = ErzeugeZuege(st, daten, liste);
+            bool andere = false, gleicheLinie = false, gleicheReihe = false;
+            for (const uint32_t* p = liste; p < ende; ++p) {
+                if (*p == zug || Art(*p) != art || Nach(*p) != Nach(zug)) continue;
+                if (!IstLegal(st, static_cast<Zug_t>(*p), daten)) continue;
+                andere = true;
+                gleicheLinie |= LinieVon(Von(*p)) == LinieVon(Von(zug));
+                gleicheReihe |= ReiheVon(Von(*p)) == ReiheVon(Von(zug));
+            }
+            if (andere) {
+                if (!gleicheLinie) *t++ = static_cast<char>('a' + LinieVon(Von(zug)));
+                else if (!gleicheReihe) *t++ = static_cast<char>('0' + ReiheVon(Von(zug)));
+                else t = SchreibeFeld(t, Von(zug));
+            }
+        }
+        if (schlag) *t++ = 'x';
+        t = SchreibeFeld(t, Nach(zug));
+        if (IstUmwandlung(zug)) {
+            *t++ = '=';
+            *t++ = "NBRQ"[art - UmwandlungSpringer];
+        }
+    }
+    // Check or mate.
+    Stellungsdaten_t neu;
+    Rueckzug_t r;
+    if (ZugMachenLegal(st, zug, daten, neu, r)) {
+        if (ImSchach(st, neu)) {
+            const bool matt = ZaehleLegaleZuege(st, neu) == 0;
+            *t++ = matt ? '#' : '+';
+        }
+        r.Zuruecknehmen();
+    }
+    *t = 0;
+    return text;
+}

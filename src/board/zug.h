@@ -41,5 +41,8 @@ char* ZugText(const Stellung_t& st, Zug_t zug, char* text);
 // Coordinate text to move, trusting the text: only the own piece on the origin is checked.
 Zug_t LeseKoordinatenZug(const Stellung_t& st, const char* text);
 
+// A legal move in standard algebraic notation with English letters (Nf3, exd6, O-O, e8=Q+). `text` needs 10 chars.
+char* ZugSan(Stellung_t& st, Zug_t zug, const Stellungsdaten_t& daten, char* text);
+
 // Standard algebraic notation to a legal move, with German piece letters and marks; 0 on failure.
 Zug_t LeseSanZug(Stellung_t& st, const char* text, const Stellungsdaten_t& daten);

@@ -190,6 +190,36 @@ uint32_t* Ausweichzuege(const Stellung_t& st, const Stellungsdaten_t& daten, uin
     return l;
 }
 
+// Captures of the opponent's men on `opfer` (en passant when its pawn is among them),
+// and with `umwandlungen` also the quiet pushes that promote to a queen.
+template <unsigned Seite>
+uint32_t* Schlagzuege(const Stellung_t& st, const Stellungsdaten_t& daten, Bitboard opfer, bool umwandlungen,
+                      uint32_t* l) {
+    using R = Bauernrichtung<Seite>;
+    const Seite_t& s = st.seite[Seite];
+    const Bitboard belegt = daten.belegt;
+    const Bitboard ziele = opfer & st.seite[Seite ^ 1].brett[0];
+    const Bitboard bauern = s.brett[Bauer];
+    l = Schlaege(l, R::NachLinks(bauern) & ziele, R::Links, R::Umwandlungsreihe);
+    l = Schlaege(l, R::NachRechts(bauern) & ziele, R::Rechts, R::Umwandlungsreihe);
+    if (umwandlungen) {
+        Bitboard u = R::NachVorn(bauern) & ~belegt & R::Umwandlungsreihe;
+        while (u) {
+            const Feld nach = NimmFeld(u);
+            *l++ = MachZug(static_cast<Feld>(static_cast<int>(nach) - R::Vor), nach, UmwandlungDame);
+        }
+    }
+    if (st.ep && (opfer & Bit(Seite == Weiss ? st.ep + 8u : st.ep - 8u))) l = EnPassantZuege<Seite>(st, l);
+    l = Figurenzuege<Springer>(s, belegt, ziele, l);
+    l = Figurenzuege<Laeufer>(s, belegt, ziele, l);
+    l = Figurenzuege<Turm>(s, belegt, ziele, l);
+    l = Figurenzuege<Dame>(s, belegt, ziele, l);
+    const Feld k = s.KoenigsFeld();
+    Bitboard z = KoenigFelder[k] & ziele & ~daten.angriffe[Seite].alle;
+    while (z) *l++ = MachZug(k, NimmFeld(z), Koenig);
+    return l;
+}
+
 }  // namespace
 
 uint32_t* ErzeugeAusweichzuege(const Stellung_t& st, const Stellungsdaten_t& daten, uint32_t* liste) {
@@ -199,4 +229,10 @@ uint32_t* ErzeugeAusweichzuege(const Stellung_t& st, const Stellungsdaten_t& dat
 uint32_t* ErzeugeZuege(const Stellung_t& st, const Stellungsdaten_t& daten, uint32_t* liste) {
     if (ImSchach(st, daten)) return ErzeugeAusweichzuege(st, daten, liste);
     return st.amZug == Weiss ? NormaleZuege<Weiss>(st, daten, liste) : NormaleZuege<Schwarz>(st, daten, liste);
+}
+
+uint32_t* ErzeugeSchlagzuege(const Stellung_t& st, const Stellungsdaten_t& daten, Bitboard opfer, bool umwandlungen,
+                             uint32_t* liste) {
+    return st.amZug == Weiss ? Schlagzuege<Weiss>(st, daten, opfer, umwandlungen, liste)
+                             : Schlagzuege<Schwarz>(st, daten, opfer, umwandlungen, liste);
 }

@@ -12,7 +12,10 @@
 #include "board/tabellen.h"
 #include "protocol/ausgabe.h"
 #include "protocol/optionen.h"
+#include "protocol/suchwerkzeuge.h"
 #include "protocol/uci.h"
+#include "search/endspiel.h"
+#include "search/suche.h"
 #include "search/suche_zufall.h"
 #include "search/zufallsgenerator.h"
 #include "timing/zeitkontrolle.h"
@@ -46,9 +49,15 @@ void EntferneLeerAmEnde(char* text) {
 int Programm(int argc, char** argv, std::istream& ein, std::ostream& aus, std::ostream& fehler) {
     // The tables are read without locks by every thread, so they exist before any of them.
     static std::once_flag tabellenGebaut;
-    std::call_once(tabellenGebaut, InitTabellen);
+    std::call_once(tabellenGebaut, [] {
+        InitTabellen();
+        KpkInit();
+    });
 
-    // (The tool switches are tried here first, before any argument is judged.)
+    // Tool switches come first: they run their tool and end the program.
+    if (argc == 3 && std::strcmp(argv[1], "--Testpos") == 0) return Testpos(argv[2], aus);
+    if (argc == 4 && std::strcmp(argv[1], "--CSVN") == 0) return Csvn(argv[2], argv[3], aus);
+    if (argc == 2 && (std::strcmp(argv[1], "bench") == 0 || std::strcmp(argv[1], "--bench") == 0)) return Bench(aus);
 
     // Bad arguments are reported and skipped: they never keep the engine from playing.
     // Each random-player switch replaces the random searcher made by an earlier one.
@@ -67,7 +76,7 @@ int Programm(int argc, char** argv, std::istream& ein, std::ostream& aus, std::o
     }
     // The random players announce no options at all.
     const Option_t* tabelle = sucher != nullptr ? LeereOptionstabelle : Optionstabelle;
-    // (The alpha-beta searcher is made here when no random player was asked for.)
+    if (sucher == nullptr) sucher.reset(new (std::nothrow) Suche_t());
 
     std::unique_ptr<Zeitkontrolle_t> zeitkontrolle;
     std::unique_ptr<Ausgabe_t> ausgabe;

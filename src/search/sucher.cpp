@@ -41,6 +41,7 @@ void Sucher_t::ponderhit() { ponder.store(false, std::memory_order_relaxed); }
 void Sucher_t::Go(const Suchauftrag_t& neu) {
     untaetigSemaphor.acquire();  // held by the search until it ends
     *auftrag = neu;
+    Uebernehmen();
     stop.store(false, std::memory_order_relaxed);
     ponder.store((neu.flags & StartPonder) != 0, std::memory_order_relaxed);
     startSemaphor.release();

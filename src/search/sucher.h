@@ -25,8 +25,10 @@ enum : unsigned { StartPonder = 1, StartZweiterModus = 2, StartDebug = 4 };
 // Everything one "go" hands to the searcher.
 struct Suchauftrag_t {
     Stellung_t stellung;            // with the key history of the game
-    const Optionen_t* optionen = nullptr;
+    Optionen_t* optionen = nullptr;
     unsigned flags = 0;
+    bool unendlich = false;    // "infinite": no answer before "stop"
+    bool festeGrenze = false;  // depth, nodes, mate or move time was given
     Zeitkontrolle_t* zeit = nullptr;
     Ausgabe_t* ausgabe = nullptr;
     uint32_t wurzelzuege[MaxZuege];  // the legal root moves, after searchmoves/excludemoves
@@ -62,6 +64,10 @@ public:
     uint8_t weiteresFlag = 0;
 
 protected:
+    // Runs on the caller's thread inside Go, after the input is handed over and
+    // before the search thread wakes: the place to read the options without racing
+    // a later "setoption".
+    virtual void Uebernehmen() {}
     // Sleeps in steps of 20 ms while the ponder flag is set.
     void WarteWaehrendPonder();
 

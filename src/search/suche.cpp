@@ -1,0 +1,527 @@
+// The recursive search below the root and the capture search beneath it.
+#include "search/suche.h"
+
+#include <algorithm>
+
+#include "board/zuggenerator.h"
+#include "search/endspiel.h"
+#include "search/material.h"
+#include "timing/zeitkontrolle.h"
+
+namespace {
+
+// Piece values of the capture tests, by piece type.
+constexpr int Steinwert[7] = {0, 1, 3, 3, 5, 10, 99};
+
+constexpr int NullzugReduktion(int tiefe) { return 8 + 2 * (tiefe >= 20) + 2 * (tiefe >= 36); }
+
+inline bool IstMatt(int wert) { return wert >= MattGrenze || wert < -MattGrenze + 1; }
+
+// The piece of side `s` on square f, 0 when there is none.
+inline unsigned FigurAuf(const Seite_t& s, Feld f) {
+    const Bitboard b = Bit(f);
+    if (!(s.brett[0] & b)) return 0;
+    for (unsigned t = Bauer; t < Koenig; ++t)
+        if (s.brett[t] & b) return t;
+    return Koenig;
+}
+
+// A pawn arriving on the seventh rank (or the second, for Black) is one step from queening.
+inline bool BauerVorUmwandlung(uint32_t zug) {
+    const unsigned reihe = ReiheVon(Nach(zug));
+    return Art(zug) == BauernZug && (reihe == 7 || reihe == 2);
+}
+
+constexpr Bitboard Ecken = Bit(0) | Bit(7) | Bit(56) | Bit(63);
+
+}  // namespace
+
+bool Suche_t::Gestoppt() {
+    if (stop.load(std::memory_order_relaxed)) return true;
+    // The clock is read every 1024 nodes: well under a millisecond apart.
+    if ((knoten & 1023) == 0 && zeitPruefen && !ponder.load(std::memory_order_relaxed) && zeit != nullptr &&
+        zeit->sofortStoppen(static_cast<int64_t>(knoten))) {
+        stop.store(true, std::memory_order_relaxed);
+        return true;
+    }
+    return false;
+}
+
+// Draw by the rules of the game: fifty reversible moves, or a position that stood on
+// the board twice before (threefold). A single repetition inside the line is found by
+// the caller.
+bool Suche_t::Remis(const Suchrahmen_t*) const {
+    const uint32_t c = stellung.historieAnzahl - 1;
+    if (c - fuenfzigBasis >= 100) return true;
+    const uint64_t schluessel = stellung.Historie[c];
+    int gleich = 0;
+    for (int64_t k = static_cast<int64_t>(c) - 4; k >= static_cast<int64_t>(letzteIrreversibel); k -= 2)
+        gleich += stellung.Historie[k] == schluessel;
+    return gleich >= 2;
+}
+
+int Suche_t::StatischeBewertung(Suchrahmen_t* r) {
+    Endspielergebnis_t e;
+    if (stellung.seite[Weiss].anzahl[0] + stellung.seite[Schwarz].anzahl[0] < 7) e = Endspielwissen(stellung);
+    if (e.modus == EndspielErsetzen) return e.wert;
+    int wert = Bewerte(stellung, r->daten, *bauerncache, *materialcache);
+    if (e.modus == EndspielAddieren) wert += e.wert;
+    return wert;
+}
+
+void Suche_t::MacheZug(Suchrahmen_t* r, Suchrahmen_t* kind, uint32_t zug, Sicherung_t& s) {
+    s.irreversibel = letzteIrreversibel;
+    s.fuenfzig = fuenfzigBasis;
+    kind->geschlagen = kind->rueck.geschlagenTyp ? kind->rueck.geschlagenTyp : (Art(zug) == EnPassant ? 1u : 0u);
+    Schiebe(kind->daten.schluessel);
+    // Captures, pawn moves and lost castling rights can never be undone: no
+    // repetition can reach behind them.
+    if (kind->geschlagen || Art(zug) == BauernZug || Art(zug) >= UmwandlungSpringer ||
+        stellung.rochaden != kind->rueck.rochaden) {
+        letzteIrreversibel = fuenfzigBasis = stellung.historieAnzahl - 1;
+    }
+    (void)r;
+}
+
+void Suche_t::NimmZurueck(Suchrahmen_t* kind, const Sicherung_t& s) {
+    kind->rueck.Zuruecknehmen();
+    Hole();
+    letzteIrreversibel = s.irreversibel;
+    fuenfzigBasis = s.fuenfzig;
+}
+
+int Suche_t::Suche(int alpha, int beta, Suchrahmen_t* r, int tiefe, int nonPv) {
+    Suchrahmen_t* const vor = r - 1;
+    r->ply = vor->ply + 1;
+    r->besterZug = 0;
+    if (r->ply >= MaxPly) return 0;
+
+    const uint32_t vorzug = vor->zug;
+    const bool echterVorzug = Art(vorzug) != Nullzug;
+    if (echterVorzug) {
+        // One repetition inside the search line is a draw.
+        if (!r->geschlagen && Art(vorzug) != BauernZug && r->ply >= 5) {
+            const uint32_t c = stellung.historieAnzahl - 1;
+            const uint64_t schluessel = stellung.Historie[c];
+            const int64_t grenze = std::max(letzteIrreversibel, wurzelIndex);
+            for (int64_t k = static_cast<int64_t>(c) - 4; k >= grenze; k -= 2)
+                if (stellung.Historie[k] == schluessel) return 0;
+        }
+        if (Remis(r)) return 0;
+    }
+
+    if (tiefe < 0) return Ruhesuche(alpha, beta, r, -1);
+
+    // Table: cut-offs only at null-window nodes; an open window is always searched.
+    r->drohung = false;
+    r->wertVersatz = 0;
+    r->bitbaseGefunden = false;
+    const uint64_t schluessel = r->daten.schluessel;
+    if (tabelle.probe(schluessel, r->ply, r->tt)) {
+        const TtDaten_t& t = r->tt;
+        if (t.tiefe >= tiefe && alpha + 1 == beta &&
+            ((t.schranke != SchrankeOben && t.wert >= beta) || (t.schranke == SchrankeOben && t.wert <= alpha) ||
+             t.schranke == SchrankeExakt)) {
+            r->besterZug = static_cast<Zug_t>(t.zug);
+            return t.wert;
+        }
+        r->drohung = t.drohung != 0;
+    } else {
+        r->tt = TtDaten_t{};
+    }
+
+    if (Gestoppt()) return 0;
+
+    const unsigned wir = stellung.amZug;
+    const unsigned sie = wir ^ 1;
+    const bool imSchach = ImSchach(stellung, r->daten);
+    const bool nullErlaubt = tiefe >= 2 && !imSchach && !r->drohung;
+
+    r->eval = imSchach ? 0 : StatischeBewertung(r);
+    const int eval = r->eval;
+    r->zuegeGemacht = r->schlaegeGemacht = r->kinderGesucht = 0;
+    r->drohFelder = r->drohAngreifer = 0;
+
+    Suchrahmen_t* const kind = r + 1;
+    Sicherung_t sicherung;
+
+    if (nullErlaubt) {
+        bool versuchen;
+        if (echterVorzug) {
+            // Passing is only sound when the side has men to move that are not
+            // themselves hanging; a lone safe knight does not count.
+            const Seite_t& s = stellung.seite[wir];
+            const Bitboard bedroht = r->daten.angriffe[wir].alle & s.brett[0] & ~s.brett[Bauer] & ~s.brett[Koenig];
+            const int n = s.anzahl[0] - s.anzahl[Bauer] - 1;
+            const int c = static_cast<int>(Bitzahl(bedroht));
+            const int springer = static_cast<int>(Bitzahl(s.brett[Springer] & ~bedroht));
+            versuchen = eval > beta && n - c > 0 && (springer != 1 || n - c > 1);
+        } else {
+            // A second null move in a row is allowed, a third is not.
+            versuchen = Art((r - 2)->zug) != Nullzug;
+        }
+        if (versuchen) {
+            r->zug = 0;
+            ZugMachen(stellung, 0, kind->daten, r->daten, kind->rueck);
+            kind->daten.angriffe[0] = r->daten.angriffe[0];
+            kind->daten.angriffe[1] = r->daten.angriffe[1];
+            kind->geschlagen = 0;
+            sicherung.irreversibel = letzteIrreversibel;
+            sicherung.fuenfzig = fuenfzigBasis;
+            Schiebe(kind->daten.schluessel);
+            letzteIrreversibel = stellung.historieAnzahl - 1;
+            int wert = -Suche(-beta, -alpha, kind, tiefe - NullzugReduktion(tiefe), nonPv + 1);
+            NimmZurueck(kind, sicherung);
+            if (stop.load(std::memory_order_relaxed)) return 0;
+            if (wert >= beta && nonPv > 0) return wert >= MattGrenze ? beta : wert;
+            if (wert < -MattGrenze && alpha >= -MattGrenze + 1) r->drohung = true;
+            if (kind->besterZug) {
+                r->drohFelder = Bit(Nach(kind->besterZug));
+                r->drohAngreifer = Bit(Von(kind->besterZug));
+            }
+        }
+    }
+
+    r->aktuell = r->liste;
+    r->ende = ErzeugeZuege(stellung, r->daten, r->liste);
+    r->stufe = StufeHashzug;
+    int best = r->ply - Matt;
+    int a = alpha;
+    int b = beta;
+    int32_t schranke = SchrankeOben;
+    bool beschnitten = false;
+
+    if (tiefe >= 10) Vorpruefung(r, beta, tiefe);
+
+    const Bitboard unsereAngriffe = r->daten.angriffe[sie].alle;  // squares we attack
+    const Bitboard ihreAngriffe = r->daten.angriffe[wir].alle;    // squares they attack
+    uint32_t zug;
+    while ((zug = NaechsterZug(r)) != 0) {
+        if (stop.load(std::memory_order_relaxed)) break;
+        r->zug = static_cast<Zug_t>(zug);
+        if (!ZugMachenLegal(stellung, static_cast<Zug_t>(zug), r->daten, kind->daten, kind->rueck)) continue;
+        MacheZug(r, kind, zug, sicherung);
+        ++r->zuegeGemacht;
+        const unsigned geschlagen = kind->geschlagen;
+        if (geschlagen) ++r->schlaegeGemacht;
+        ++knoten;
+        const bool gibtSchach = ImSchach(stellung, kind->daten);
+
+        // Extensions, in half plies.
+        int e = 0;
+        if (imSchach && (Art(zug) == Koenig || geschlagen || (Bit(Nach(zug)) & unsereAngriffe))) e = 1;
+        if (gibtSchach) e = 1;
+        if (geschlagen >= Springer && geschlagen <= Dame && r->geschlagen) {
+            if (e == 0 && geschlagen == Dame && r->geschlagen == Dame) e = 1;
+            const Seite_t& w = stellung.seite[Weiss];
+            const Seite_t& s = stellung.seite[Schwarz];
+            if (w.anzahl[0] == w.anzahl[Bauer] + 1 && s.anzahl[0] == s.anzahl[Bauer] + 1) e += (tiefe + 4) / 4;
+        }
+
+        // Futility: a quiet move cannot lift a hopeless static score above alpha.
+        if (e == 0 && !imSchach && Art(zug) < UmwandlungSpringer && !BauerVorUmwandlung(zug) && tiefe < 4 &&
+            !geschlagen && a >= -MattGrenze + 1 && b < MattGrenze && !(eval == 0 && r->kinderGesucht == 0) &&
+            ((tiefe < 2 && eval + 1000 < a) || eval + 5000 < a)) {
+            NimmZurueck(kind, sicherung);
+            beschnitten = true;
+            continue;
+        }
+
+        // Late-move reductions.
+        int red = 0;
+        if (tiefe >= 2 && r->zuegeGemacht >= 2 && !imSchach && !gibtSchach && Art(zug) < UmwandlungSpringer &&
+            zug != r->killer[0] && zug != r->killer[1] && !(Bit(Von(zug)) & r->drohFelder) &&
+            !(Bit(Nach(zug)) & r->drohAngreifer)) {
+            bool reduzieren = true;
+            if (geschlagen) {
+                // Only a capture that looks bad: a more valuable man takes a guarded one.
+                reduzieren = !r->geschlagen && (Bit(Nach(zug)) & ihreAngriffe) &&
+                             Steinwert[Art(zug) <= Koenig ? Art(zug) : Bauer] > Steinwert[geschlagen];
+            }
+            if (reduzieren) {
+                int n = r->zuegeGemacht + r->schlaegeGemacht + (r->schlaegeGemacht >= 3 ? 3 : 0) + (nonPv > 4) +
+                        2 * (r->geschlagen != 0) + (nonPv & 1);
+                red = 2;
+                if (n > 7) red = std::max(((tiefe + 6) / 8) * 2, 2);
+                if (n > 13) red = std::max(tiefe * 5 / 16, red);
+            }
+        }
+
+        int wert = -Suche(-b, -a, kind, tiefe + e - red - 2, a + 1 < b ? 0 : nonPv + 1);
+        if (wert > a && (red > 0 || (b < beta && wert < beta)) && !stop.load(std::memory_order_relaxed))
+            wert = -Suche(-beta, -a, kind, tiefe + e - 2, a + 1 < beta ? 0 : nonPv + 1);
+
+        NimmZurueck(kind, sicherung);
+        if (stop.load(std::memory_order_relaxed)) break;
+        if (!IstMatt(wert)) wert += r->wertVersatz;
+        ++r->kinderGesucht;
+
+        if (wert > best) {
+            best = wert;
+            r->besterZug = static_cast<Zug_t>(zug);
+            if (wert > a) {
+                a = wert;
+                if (wert >= beta) {
+                    schranke = SchrankeUnten;
+                    // Killers: quiet moves that are not simply answers on the last square.
+                    if (!geschlagen && Art(zug) < UmwandlungSpringer && Nach(zug) != Nach(vorzug) &&
+                        zug != r->killer[0] && !(Bit(Nach(zug)) & Ecken)) {
+                        r->killer[1] = r->killer[0];
+                        r->killer[0] = static_cast<Zug_t>(zug);
+                    }
+                    if (r->zuegeGemacht > 1 && !geschlagen) LobeZug(zug, tiefe);
+                    break;
+                }
+                schranke = SchrankeExakt;
+            }
+        }
+        b = a + 1;
+        // (A parallel search would offer the remaining moves to idle threads here.)
+    }
+
+    if (r->kinderGesucht == 0 && !imSchach && !stop.load(std::memory_order_relaxed)) {
+        // No legal move is stalemate; every legal move pruned leaves the static score.
+        return beschnitten ? eval : 0;
+    }
+    if (beschnitten && eval > best) {
+        best = eval;
+        r->besterZug = 0;
+    }
+    if (stop.load(std::memory_order_relaxed)) return best;
+
+    TtDaten_t d;
+    d.wert = best;
+    d.tiefe = tiefe;
+    d.nonPvPlies = nonPv;
+    d.schranke = schranke;
+    d.zug = r->besterZug;
+    d.drohung = r->drohung ? DrohungsBit : 0;
+    tabelle.store(schluessel, r->ply, d);
+    return best;
+}
+
+void Suche_t::LobeZug(uint32_t zug, int tiefe) {
+    int32_t& h = historie[Art(zug) & 7][Nach(zug)];
+    h += (tiefe / 2 + 2) * 32;
+    if (h > 60000) {
+        // Age the whole table, so old successes fade and the values stay in range.
+        for (auto& zeile : historie)
+            for (int32_t& wert : zeile) wert /= 2;
+    }
+}
+
+int Suche_t::Ruhesuche(int alpha, int beta, Suchrahmen_t* r, int qtiefe) {
+    Suchrahmen_t* const vor = r - 1;
+    r->ply = vor->ply + 1;
+    r->besterZug = 0;
+    if (r->ply >= MaxPly) return 0;
+    if (r->ply > selTiefe) selTiefe = r->ply;
+    if (Gestoppt()) return 0;
+
+    const unsigned wir = stellung.amZug;
+    const unsigned sie = wir ^ 1;
+    const bool imSchach = ImSchach(stellung, r->daten);
+    int standPat;
+    if (!imSchach) {
+        if (Art(vor->zug) != Nullzug && Remis(r)) return 0;
+        standPat = StatischeBewertung(r);
+    } else {
+        const uint32_t c = stellung.historieAnzahl - 1;
+        if (r->ply >= 4 && c >= 4 && c - 4 >= letzteIrreversibel &&
+            stellung.Historie[c - 4] == stellung.Historie[c])
+            return 0;
+        if (Remis(r)) return 0;
+        standPat = r->ply - Matt;
+    }
+    if (standPat > alpha) {
+        if (standPat >= beta) return standPat;
+        alpha = standPat;
+    }
+    int best = standPat;
+
+    r->aktuell = r->liste;
+    r->tt.zug = 0;
+    r->killer[0] = r->killer[1] = 0;
+    if (imSchach) {
+        r->ende = ErzeugeZuege(stellung, r->daten, r->liste);
+    } else {
+        // Only victims whose capture could lift the score to alpha, with a margin
+        // that narrows as the capture sequence grows longer.
+        const Seite_t& gegner = stellung.seite[sie];
+        const Bitboard gedeckt = r->daten.angriffe[wir].alle;  // squares their men defend
+        int marge = 750 + 65 * qtiefe;
+        if (gegner.anzahl[0] - gegner.anzahl[Bauer] - 1 == 1) marge += 500;
+        Bitboard opfer = 0;
+        for (unsigned t = Bauer; t <= Dame; ++t) {
+            const int ueberschuss = standPat + MaterialGewinn(t, gegner.anzahl[t]) + marge - alpha;
+            if (ueberschuss <= 0) continue;
+            opfer |= gegner.brett[t] & (ueberschuss > 530 ? ~Bitboard{0} : ~gedeckt);
+            if (t == Bauer) opfer |= gegner.brett[Bauer] & 0x00ff00000000ff00ULL;
+            if (Art(vor->zug) != Nullzug && (gegner.brett[t] & Bit(Nach(vor->zug)))) opfer |= Bit(Nach(vor->zug));
+        }
+        const bool umwandlungen = qtiefe == -1 && standPat + 770 > alpha;
+        r->ende = ErzeugeSchlagzuege(stellung, r->daten, opfer, umwandlungen, r->liste);
+    }
+    r->stufe = StufeHashGegeben;
+
+    Suchrahmen_t* const kind = r + 1;
+    Sicherung_t sicherung;
+    const Bitboard gedeckt = r->daten.angriffe[wir].alle;
+    uint32_t zug;
+    while ((zug = NaechsterZug(r)) != 0) {
+        if (stop.load(std::memory_order_relaxed)) break;
+        r->zug = static_cast<Zug_t>(zug);
+        if (!ZugMachenLegal(stellung, static_cast<Zug_t>(zug), r->daten, kind->daten, kind->rueck)) continue;
+        if (!imSchach && Art(zug) <= Koenig && (Bit(Nach(zug)) & gedeckt) &&
+            Steinwert[Art(zug)] > Steinwert[kind->rueck.geschlagenTyp] && !ImSchach(stellung, kind->daten)) {
+            // A losing capture: a dearer man takes a guarded one, and it gives no check.
+            kind->rueck.Zuruecknehmen();
+            continue;
+        }
+        MacheZug(r, kind, zug, sicherung);
+        ++knoten;
+        const int wert = -Ruhesuche(-beta, -alpha, kind, qtiefe - 1);
+        NimmZurueck(kind, sicherung);
+        if (stop.load(std::memory_order_relaxed)) break;
+        if (wert > best) {
+            best = wert;
+            r->besterZug = static_cast<Zug_t>(zug);
+            if (wert > alpha) {
+                alpha = wert;
+                if (wert >= beta) break;
+            }
+        }
+    }
+    return best;
+}
+
+// ---------------------------------------------------------------------------
+// Move picker: the hash move, then a recapture on the last move's square, then
+// everything else sorted once.
+
+uint32_t Suche_t::NaechsterZug(Suchrahmen_t* r) {
+    switch (r->stufe) {
+        case StufeHashzug: {
+            r->stufe = StufeHashGegeben;
+            const uint32_t hz = static_cast<uint32_t>(r->tt.zug) & 0xffff;
+            if (hz != 0) {
+                for (uint32_t* p = r->aktuell; p < r->ende; ++p) {
+                    if (*p == hz) {
+                        std::swap(*p, *r->aktuell);
+                        return *r->aktuell++;
+                    }
+                }
+            }
+        }
+            [[fallthrough]];
+        case StufeHashGegeben: {
+            r->stufe = StufeSortieren;
+            const uint32_t vorzug = (r - 1)->zug;
+            const Bitboard unsere = r->daten.angriffe[stellung.amZug ^ 1].alle;
+            if (Art(vorzug) != Nullzug && (unsere & Bit(Nach(vorzug)))) {
+                // Ranks by kind: the cheapest recapturer first, queening above all.
+                static constexpr int Rang[13] = {0, 10, 8, 6, 4, 3, 5, 2, 1, 1, 12, 0, 10};
+                const Feld ziel = Nach(vorzug);
+                uint32_t* wahl = nullptr;
+                int besterRang = -1000;
+                for (uint32_t* p = r->aktuell; p < r->ende; ++p) {
+                    if (Nach(*p) != ziel && Art(*p) != EnPassant) continue;
+                    const int rang = Rang[Art(*p)];
+                    if (wahl == nullptr) {
+                        besterRang = rang;
+                        if (Art(*p) == BauernZug) {
+                            const bool nachH = Nach(*p) == Von(*p) + (stellung.amZug == Weiss ? -7 : 9);
+                            besterRang += (LinieVon(Von(*p)) <= 2 && nachH) ? 1 : -1;
+                        }
+                        wahl = p;
+                    } else if (rang > besterRang) {
+                        besterRang = rang;
+                        wahl = p;
+                    }
+                }
+                if (wahl != nullptr) {
+                    std::swap(*wahl, *r->aktuell);
+                    return *r->aktuell++;
+                }
+            }
+        }
+            [[fallthrough]];
+        case StufeSortieren:
+            SortiereZuege(r);
+            r->stufe = StufeSortiert;
+            [[fallthrough]];
+        case StufeSortiert:
+            if (r->sortiertIndex < r->sortiertAnzahl)
+                return 0xffff - static_cast<uint32_t>(r->sortierschluessel[r->sortiertIndex++] & 0xffff);
+            return 0;
+    }
+    return 0;
+}
+
+void Suche_t::SortiereZuege(Suchrahmen_t* r) {
+    const unsigned wir = stellung.amZug;
+    const Seite_t& gegner = stellung.seite[wir ^ 1];
+    const Bitboard gedeckt = r->daten.angriffe[wir].alle;  // squares the opponent attacks
+    const Bitboard gegnerBauernNachbarn = [&] {
+        Bitboard b = gegner.brett[Bauer], n = 0;
+        while (b) n |= KoenigFelder[NimmFeld(b)];
+        return n;
+    }();
+    const uint32_t vorzug = (r - 1)->zug;
+    const Feld vorziel = Art(vorzug) != Nullzug ? Nach(vorzug) : 64;
+    static constexpr uint64_t Umwandlungsbonus[13] = {0, 0, 0, 0, 0, 0, 0, 1u << 18, 0, 0, 1u << 27, 0, 0};
+
+    int n = 0;
+    for (uint32_t* p = r->aktuell; p < r->ende; ++p) {
+        const uint32_t zug = *p;
+        const unsigned art = Art(zug);
+        const Feld nach = Nach(zug);
+        int32_t h = historie[art & 7][nach];
+        if (h > 65535) h = 65535;
+        uint64_t schluessel = static_cast<uint64_t>((h & ~127) + 65664) * 512 + Umwandlungsbonus[art];
+        const unsigned opfer = art == EnPassant ? Bauer : FigurAuf(gegner, nach);
+        if (opfer) {
+            // Captures first, the most valuable victim first.
+            schluessel += (uint64_t{1} << 27) + (static_cast<uint64_t>(Steinwert[opfer]) << 22);
+            if (nach == vorziel) schluessel += uint64_t{1} << 19;
+            if (!(Bit(nach) & gedeckt)) schluessel += uint64_t{1} << 21;
+            if (art == EnPassant) schluessel += uint64_t{1} << 24;
+        } else {
+            if (!(Bit(nach) & gedeckt)) schluessel += uint64_t{1} << 20;
+            if (art == Koenig && (Bit(nach) & gegnerBauernNachbarn)) schluessel += uint64_t{1} << 18;
+            if (zug == r->killer[0]) schluessel += uint64_t{1} << 21;
+            else if (zug == r->killer[1]) schluessel += uint64_t{3} << 19;
+        }
+        const uint64_t eintrag = (schluessel << 16) | (0xffff - zug);
+        // Insertion sort, highest first: the lists are short.
+        int i = n++;
+        while (i > 0 && r->sortierschluessel[i - 1] < eintrag) {
+            r->sortierschluessel[i] = r->sortierschluessel[i - 1];
+            --i;
+        }
+        r->sortierschluessel[i] = eintrag;
+    }
+    r->sortiertAnzahl = n;
+    r->sortiertIndex = 0;
+    r->aktuell = r->ende;
+}
+
+// At great depth: a move whose child the table already knows to fail high for
+// us is searched first.
+void Suche_t::Vorpruefung(Suchrahmen_t* r, int beta, int tiefe) {
+    Suchrahmen_t* const kind = r + 1;
+    int kandidatWert = -Matt - 1;
+    uint32_t kandidat = 0;
+    for (uint32_t* p = r->aktuell; p < r->ende; ++p) {
+        if (!ZugLegal(stellung, static_cast<Zug_t>(*p), r->daten, kind->daten, kind->rueck)) continue;
+        TtDaten_t t;
+        const bool gefunden = tabelle.probe(kind->daten.schluessel, r->ply + 1, t);
+        kind->rueck.Zuruecknehmen();
+        if (!gefunden || t.schranke == SchrankeUnten) continue;
+        if (-t.wert > beta - 1 && (t.tiefe + 2 >= tiefe || IstMatt(t.wert)) && -t.wert > kandidatWert) {
+            kandidatWert = -t.wert;
+            kandidat = *p;
+        }
+    }
+    if (kandidat != 0) r->tt.zug = static_cast<int32_t>(kandidat);
+}

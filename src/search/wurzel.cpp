@@ -1,0 +1,359 @@
+// The root of a "go": the table, the root moves, iterative deepening with an
+// aspiration window, the reports while thinking, and the best move.
+#include <algorithm>
+#include <chrono>
+#include <thread>
+
+#include "board/zuggenerator.h"
+#include "protocol/ausgabe.h"
+#include "protocol/optionen.h"
+#include "search/suche.h"
+#include "timing/zeitkontrolle.h"
+
+namespace {
+
+constexpr int Sentinels = 2;  // frames above the root, so every node may look two plies back
+constexpr uint64_t Megabyte = 1024 * 1024;
+
+// Exact scores first, the higher first; then the deeper search, more nodes, the smaller move.
+bool WurzelVor(const Wurzelzug_t& x, const Wurzelzug_t& y) {
+    const bool ex = x.schranke == SchrankeExakt, ey = y.schranke == SchrankeExakt;
+    if (ex != ey) return ex;
+    if (ex && x.wert != y.wert) return x.wert > y.wert;
+    if (x.tiefe != y.tiefe) return x.tiefe > y.tiefe;
+    if (x.knoten != y.knoten) return x.knoten > y.knoten;
+    return x.zug < y.zug;
+}
+
+}  // namespace
+
+Suche_t::Suche_t()
+    : rahmen(std::make_unique<Suchrahmen_t[]>(MaxPly + Sentinels + 4)),
+      bauerncache(std::make_unique<Bauerncache_t>()),
+      materialcache(std::make_unique<Materialcache_t>()) {
+    tabelle.resize(hashMb * Megabyte);
+    Starten();
+}
+
+Suche_t::~Suche_t() { Herunterfahren(); }
+
+void Suche_t::Uebernehmen() {
+    Optionen_t* o = auftrag->optionen;
+    unendlich = auftrag->unendlich;
+    festeGrenze = auftrag->festeGrenze;
+    if (o == nullptr) return;
+    hashLoeschen = o->ClearHashNehmen();
+    const int hash = o->Index("Hash");
+    if (hash >= 0) hashMb = o->Zahl(hash);
+    multiPv = std::max(1, o->Zahl(o->Index("MultiPV")));
+    multiPvMarge = o->Zahl(o->Index("MultiPV_Score")) * 10;
+    logName = o->Text(o->Index("TimeLogfile"));
+}
+
+void Suche_t::ponderhit() {
+    ponder.store(false, std::memory_order_relaxed);
+    // The time may already be used up while the engine pondered.
+    if (zeitPruefen && zeit != nullptr && zeit->sofortStoppen(static_cast<int64_t>(knoten)))
+        stop.store(true, std::memory_order_relaxed);
+}
+
+void Suche_t::Bereite(const Stellung_t& st) {
+    stellung = st;
+    Suchrahmen_t* wurzelRahmen = &rahmen[Sentinels];
+    for (int i = 0; i < Sentinels; ++i) rahmen[i].zug = MachZug(0, 0, BauernZug);  // "a real move"
+    wurzelRahmen->ply = 0;
+    rahmen[Sentinels - 1].ply = -1;
+    BerechneStellungsdaten(stellung, wurzelRahmen->daten);
+    if (stellung.historieAnzahl == 0) StarteHistorie(stellung, wurzelRahmen->daten);
+    wurzelIndex = stellung.historieAnzahl - 1;
+    letzteIrreversibel = fuenfzigBasis = 0;
+    wurzelRahmen->geschlagen = 0;
+    for (int i = 0; i < MaxPly + Sentinels + 4; ++i) rahmen[i].killer[0] = rahmen[i].killer[1] = 0;
+    selTiefe = 0;
+}
+
+int Suche_t::Teste(const Stellung_t& st, int alpha, int beta, int tiefe) {
+    Bereite(st);
+    stop.store(false, std::memory_order_relaxed);
+    zeitPruefen = false;
+    knoten = 0;
+    tabelle.nextGeneration();
+    return Suche(alpha, beta, &rahmen[Sentinels], tiefe, 0);
+}
+
+void Suche_t::SortiereWurzel(int anzahl) { std::stable_sort(wurzel, wurzel + anzahl, WurzelVor); }
+
+// The line from the root move on, read back from the table.
+int Suche_t::Hauptvariante(uint32_t erster, Zug_t* zuege, int max) {
+    Stellung_t& st = *pvStellung;
+    st = stellung;
+    Stellungsdaten_t daten[2];
+    BerechneStellungsdaten(st, daten[0]);
+    Rueckzug_t r;
+    int n = 0;
+    uint32_t zug = erster;
+    uint64_t gesehen[64];
+    while (n < max && n < 64 && zug != 0) {
+        if (!IstLegal(st, static_cast<Zug_t>(zug), daten[n & 1])) break;
+        ZugMachenLegal(st, static_cast<Zug_t>(zug), daten[n & 1], daten[(n + 1) & 1], r);
+        zuege[n++] = static_cast<Zug_t>(zug);
+        const uint64_t schluessel = daten[n & 1].schluessel;
+        bool wiederholt = false;
+        for (int i = 0; i + 1 < n; ++i) wiederholt |= gesehen[i] == schluessel;
+        gesehen[n - 1] = schluessel;
+        if (wiederholt) break;
+        TtDaten_t t;
+        if (!tabelle.probe(schluessel, n, t)) break;
+        zug = static_cast<uint32_t>(t.zug);
+    }
+    return n;
+}
+
+void Suche_t::MeldeVariante(uint32_t zug, int wert, int alpha, int beta, int tiefenindex, bool unterdruecken) {
+    if (ausgabe == nullptr) return;
+    Zug_t pv[64];
+    const int n = Hauptvariante(zug, pv, 64);
+    ausgabe->variante(stellung, pv, n, wert, alpha, beta, tiefenindex, std::max(selTiefe, tiefenindex + 1),
+                      zeit != nullptr ? zeit->verstrichen() : 0, knoten, tabelle.hashfull(), 0, unterdruecken);
+}
+
+int Suche_t::Wurzelsuche(int tiefe, int vorher) {
+    Suchrahmen_t* const r = &rahmen[Sentinels];
+    Suchrahmen_t* const kind = r + 1;
+    r->ply = 0;
+    selTiefe = 0;
+    const bool jedeZeile = ausgabe != nullptr && ausgabe->zweitesFlag != 0;
+
+    // A deep enough exact entry answers the whole iteration.
+    TtDaten_t t;
+    if (multiPv == 1 && tabelle.probe(r->daten.schluessel, 0, t) && t.tiefe >= tiefe && t.schranke == SchrankeExakt) {
+        for (int i = 0; i < anzahlWurzel; ++i) {
+            if (wurzel[i].zug != static_cast<uint32_t>(t.zug)) continue;
+            wurzel[i].tiefe = tiefe;
+            wurzel[i].schranke = SchrankeExakt;
+            wurzel[i].wert = t.wert;
+            std::rotate(wurzel, wurzel + i, wurzel + i + 1);
+            if (t.tiefe < tiefe + 2 || anzahlWurzel == 1)
+                MeldeVariante(wurzel[0].zug, t.wert, -Matt, Matt, tiefe / 2, false);
+            return t.wert;
+        }
+    }
+
+    const bool imSchach = ImSchach(stellung, r->daten);
+    r->eval = imSchach ? 0 : StatischeBewertung(r);
+
+    int alpha = -Matt, beta = Matt;
+    if (tiefe >= 3 && multiPv == 1) {
+        alpha = vorher - 500;
+        beta = vorher + 500;
+    }
+    int delta = 500;
+    int best = -Matt;
+    int besterIndex = -1;
+    Sicherung_t sicherung;
+
+    for (int j = 0; j < anzahlWurzel && !stop.load(std::memory_order_relaxed); ++j) {
+        const uint32_t zug = wurzel[j].zug;
+        const int64_t ms = zeit != nullptr ? zeit->verstrichen() : 0;
+        if ((ms > 4000 || jedeZeile) && ausgabe != nullptr)
+            ausgabe->aktuellerZug(stellung, static_cast<Zug_t>(zug), j + 1, tabelle.hashfull());
+
+        const uint64_t knotenVorher = knoten;
+        r->zug = static_cast<Zug_t>(zug);
+        if (!ZugMachenLegal(stellung, static_cast<Zug_t>(zug), r->daten, kind->daten, kind->rueck)) continue;
+        MacheZug(r, kind, zug, sicherung);
+        ++knoten;
+        const int e = ImSchach(stellung, kind->daten) ? 1 : 0;
+        int red = 0;
+        if (j >= multiPv && !kind->geschlagen && Art(zug) < UmwandlungSpringer && e == 0 &&
+            !(Art(zug) == BauernZug && (ReiheVon(Nach(zug)) == 7 || ReiheVon(Nach(zug)) == 2)))
+            red = 2;
+
+        int wert;
+        for (;;) {
+            wert = -Suche(-beta, -alpha, kind, tiefe + e - red - 2, alpha + 1 == beta ? 1 : 0);
+            if (stop.load(std::memory_order_relaxed)) break;
+            if (multiPv == 1) {
+                if (wert <= alpha && besterIndex < 0) {
+                    alpha = std::max(wert - delta, best);
+                } else if (wert >= beta) {
+                    beta = std::min(wert + delta, Matt);
+                } else {
+                    break;
+                }
+                red = 0;
+                delta += delta * 192 / 1024;
+            } else {
+                if (wert < beta || beta >= Matt) break;
+                beta = Matt;
+                red = 0;
+            }
+        }
+        NimmZurueck(kind, sicherung);
+        if (stop.load(std::memory_order_relaxed)) break;
+
+        Wurzelzug_t& w = wurzel[j];
+        w.wert = wert;
+        w.tiefe = tiefe;
+        w.schranke = SchrankeOben;
+        w.knoten = knoten - knotenVorher;
+
+        if (wert > best) {
+            // With one line, a former best keeps no exact score beside the new one.
+            if (multiPv == 1 && besterIndex >= 0) wurzel[besterIndex].schranke = SchrankeOben;
+            best = wert;
+            besterIndex = j;
+            w.schranke = SchrankeExakt;
+            const int64_t jetzt = zeit != nullptr ? zeit->verstrichen() : 0;
+            bool leise = (tiefe < 3 && jetzt < 1000) ||
+                         (tiefe >= 3 && j == 0 && std::abs(wert - vorher) <= 100 && zug == vorherigerZug && jetzt < 1001);
+            if (jedeZeile || wert >= MattGrenze || wert < -MattGrenze + 1) leise = false;
+            if (multiPv == 1) MeldeVariante(zug, wert, alpha, beta, tiefe / 2, leise);
+        } else if (multiPv > 1) {
+            w.schranke = SchrankeExakt;  // every line of a multi-line search is kept with its score
+        }
+
+        if (wert > alpha) {
+            if (multiPv == 1) {
+                alpha = wert;
+                beta = alpha + 1;
+            } else {
+                w.schranke = SchrankeExakt;
+                SortiereWurzel(j + 1);
+                int position = 0;
+                while (wurzel[position].zug != zug) ++position;
+                if (position < multiPv) {
+                    if (j + 1 >= multiPv) alpha = wurzel[multiPv - 1].wert;
+                    if (multiPvMarge > 0) alpha = std::max(alpha, wurzel[0].wert - multiPvMarge);
+                    beta = Matt;
+                }
+                besterIndex = 0;
+            }
+        }
+
+        if (!unendlich && !ponder.load(std::memory_order_relaxed) && zeit != nullptr &&
+            zeit->sofortStoppen(static_cast<int64_t>(knoten))) {
+            w.schranke = SchrankeUnten;
+            stop.store(true, std::memory_order_relaxed);
+            break;
+        }
+    }
+    return best;
+}
+
+void Suche_t::suchen() {
+    const Suchauftrag_t& a = *auftrag;
+    ausgabe = a.ausgabe;
+    zeit = a.zeit;
+    Bereite(a.stellung);
+    int maenner = stellung.seite[Weiss].anzahl[0] + stellung.seite[Schwarz].anzahl[0];
+    eroeffnung = maenner > 30;
+
+    if (hashLoeschen) tabelle.clear();
+    hashLoeschen = false;
+    tabelle.resize(static_cast<uint64_t>(hashMb) * Megabyte);
+
+    anzahlWurzel = a.anzahlWurzelzuege;
+    for (int i = 0; i < anzahlWurzel; ++i) wurzel[i] = Wurzelzug_t{a.wurzelzuege[i], 0, 0, SchrankeOben, 0};
+    knoten = 0;
+    tabelle.nextGeneration();
+    for (auto& zeile : historie)
+        for (int32_t& h : zeile) h /= 4;
+    zeitPruefen = !unendlich;
+    zeitlog.oeffnen(logName);
+
+    Zeitwert_t zeitwert;
+    vorherigerWert = 0;
+    vorherigerZug = 0;
+    besterZug = 0;
+    besterWert = -Matt;
+    int wechsel = 0;
+    uint64_t knotenVorIteration = 0;
+    Zug_t vorherigeAntwort = 0;
+
+    for (int i = 0; anzahlWurzel > 0; ++i) {
+        if (i >= 1) {
+            const bool pondern = ponder.load(std::memory_order_relaxed);
+            if (anzahlWurzel < 2 && !unendlich && !pondern) break;
+            const bool weiter = zeit == nullptr || zeit->weiterIterieren(static_cast<int64_t>(knoten), i, zeitwert.x());
+            if (!weiter && !pondern) break;
+            const int s = wurzel[0].wert;
+            if (s + i - 2 > Matt || s - i + 2 < -Matt) break;
+            if (2 * i + 1 >= 2 * MaxPly) break;
+        }
+        const int wert = Wurzelsuche(2 * i + 1, vorherigerWert);
+        SortiereWurzel(anzahlWurzel);
+        if (stop.load(std::memory_order_relaxed)) break;
+
+        const int64_t ms = zeit != nullptr ? zeit->verstrichen() : 0;
+        if (i >= 1 && (ms > 2000 || unendlich || (ausgabe != nullptr && ausgabe->zweitesFlag)) && ausgabe != nullptr)
+            ausgabe->statistik(i, selTiefe, ms, knoten, tabelle.hashfull(), 0);
+        if (multiPv > 1 && ausgabe != nullptr) {
+            for (int k = 0; k < std::min(multiPv, anzahlWurzel); ++k) {
+                if (wurzel[k].schranke != SchrankeExakt) break;
+                if (multiPvMarge > 0 && wurzel[k].wert < wurzel[0].wert - multiPvMarge) break;
+                Zug_t pv[64];
+                const int n = Hauptvariante(wurzel[k].zug, pv, 64);
+                ausgabe->multiPv(stellung, pv, n, k + 1, wurzel[k].wert, i);
+            }
+        }
+
+        // What the time network weighs before the next iteration.
+        Zug_t pv[3];
+        const int n = Hauptvariante(wurzel[0].zug, pv, 2);
+        const bool gewechselt = i >= 2 && wurzel[0].zug != vorherigerZug;
+        wechsel += gewechselt;
+        Iterationsdaten_t d;
+        d.start = zeit != nullptr ? zeit->start : 0;
+        d.tiefenindex = i;
+        d.verstrichen = ms;
+        d.ziel = zeit != nullptr ? zeit->ziel : 0;
+        d.knoten = static_cast<int64_t>(knoten);
+        d.knotenIteration = static_cast<int64_t>(knoten - knotenVorIteration);
+        d.knotenBesterZug = static_cast<int64_t>(wurzel[0].knoten);
+        d.wertung = wurzel[0].wert;
+        d.vorherigeWertung = vorherigerWert;
+        d.besterZug = wurzel[0].zug;
+        d.besterZugGewechselt = gewechselt;
+        d.wechselAnzahl = wechsel;
+        d.antwortGewechselt = i >= 1 && n >= 2 && pv[1] != vorherigeAntwort;
+        d.wurzelzuege = anzahlWurzel;
+        d.taktisch = IstTaktisch(wurzel[0].zug);
+        d.bedrohteSteine = static_cast<int32_t>(
+            Bitzahl(rahmen[Sentinels].daten.angriffe[stellung.amZug ^ 1].bedroht));
+        d.eroeffnung = eroeffnung;
+        zeitwert.nachIteration(zeitnetz.bewerten(ZeitEingaben(d)), gewechselt);
+        zeitlog.schreiben(d);
+
+        knotenVorIteration = knoten;
+        vorherigeAntwort = n >= 2 ? pv[1] : 0;
+        vorherigerWert = wurzel[0].wert;
+        vorherigerZug = static_cast<Zug_t>(wurzel[0].zug);
+        (void)wert;
+    }
+
+    // No answer before the GUI ends pondering or an infinite search.
+    WarteWaehrendPonder();
+    while (unendlich && !stop.load(std::memory_order_relaxed))
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+
+    Zug_t pv[3] = {0, 0, 0};
+    if (anzahlWurzel > 0) {
+        Hauptvariante(wurzel[0].zug, pv, 2);
+        if (pv[0] == 0) pv[0] = static_cast<Zug_t>(wurzel[0].zug);
+        besterZug = pv[0];
+        besterWert = wurzel[0].wert;
+    }
+    if (ausgabe != nullptr) ausgabe->bestzug(stellung, pv[0], pv[1]);
+}
+
+bool Suche_t::IstTaktisch(uint32_t zug) {
+    Suchrahmen_t* const r = &rahmen[Sentinels];
+    if (Art(zug) >= UmwandlungSpringer) return true;
+    if (stellung.seite[stellung.amZug ^ 1].brett[0] & Bit(Nach(zug))) return true;
+    Suchrahmen_t* const kind = r + 1;
+    if (!ZugMachenLegal(stellung, static_cast<Zug_t>(zug), r->daten, kind->daten, kind->rueck)) return false;
+    const bool schach = ImSchach(stellung, kind->daten);
+    kind->rueck.Zuruecknehmen();
+    return schach;
+}
