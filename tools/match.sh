@@ -148,6 +148,9 @@ faults=$(sed -n 's/^Finished game [0-9]* (\(.*\) vs \(.*\)): [^{]*{\(.*\)}$/\1|\
         END { for (k in count) printf "  %s: %d\n", k, count[k] }' | sort)
 terminations=$(grep -o '^\[Termination "[^"]*"\]' "$pgn" 2>/dev/null | sed 's/.*"\(.*\)".*/\1/' |
     sort | uniq -c | sed 's/^ */  /' || true)
+warnings=$(grep '^Warning' "$log" | sed 's/ - move [a-h][1-8][a-h][1-8][qrbn]* / - move ... /' |
+    sort | uniq -c | sort -rn | head -n 10 | sed 's/^ */  /' || true)
+[ -z "$warnings" ] || { echo "Runner warnings (count, most frequent first):"; echo "$warnings"; }
 echo "Game ends (PGN Termination tags):"
 echo "${terminations:-  none recorded}"
 echo "PGN: $pgn"

@@ -62,42 +62,6 @@ const char* const Benchstellungen[] = {
 
 constexpr int BenchTiefe = 11;
 
-// One synchronous search at a time on a private searcher, silent output.
-class Werkzeugsuche_t {
-public:
-    Werkzeugsuche_t() : optionen(Optionstabelle) { optionen.SetzeOption("setoption name Hash value 16"); }
-
-    Zug_t Suche(Stellung_t& st, int tiefe, int64_t millisekunden) {
-        Stellungsdaten_t daten;
-        BerechneStellungsdaten(st, daten);
-        if (st.historieAnzahl == 0) StarteHistorie(st, daten);
-        auto auftrag = std::make_unique<Suchauftrag_t>();
-        auftrag->stellung = st;
-        auftrag->optionen = &optionen;
-        auftrag->ausgabe = &ausgabe;
-        auftrag->zeit = &zeit;
-        auftrag->festeGrenze = true;
-        Zugliste_t liste;
-        const uint32_t* ende = ErzeugeZuege(st, daten, liste);
-        for (const uint32_t* p = liste; p < ende; ++p)
-            if (IstLegal(st, static_cast<Zug_t>(*p), daten)) auftrag->wurzelzuege[auftrag->anzahlWurzelzuege++] = *p;
-        zeit.setzen(0, 0, 0, tiefe, 0, 0, millisekunden, false, false);
-        ausgabe.besterZug = 0;
-        suche.Go(*auftrag);
-        suche.WarteBisUntaetig();
-        return ausgabe.besterZug;
-    }
-
-    uint64_t Knoten() const { return suche.Knoten(); }
-    void NeuesSpiel() { optionen.SetzeOption("setoption name Clear Hash"); }
-
-private:
-    Suche_t suche;
-    Optionen_t optionen;
-    Zeitkontrolle_t zeit;
-    TestAusgabe_t ausgabe;
-};
-
 int64_t Testzeit() {
     const char* text = std::getenv("KELVARAN_TESTZEIT");
     const long ms = text != nullptr ? std::strtol(text, nullptr, 10) : 0;
@@ -119,6 +83,39 @@ bool LeseEpd(const std::string& zeile, Stellung_t& st, std::string& stellungText
 
 }  // namespace
 
+Werkzeugsuche_t::Werkzeugsuche_t() : suche(std::make_unique<Suche_t>()), optionen(std::make_unique<Optionen_t>(Optionstabelle)) {
+    optionen->SetzeOption("setoption name Hash value 16");
+}
+
+Werkzeugsuche_t::~Werkzeugsuche_t() = default;
+
+Zug_t Werkzeugsuche_t::Suche(const Stellung_t& st, int tiefe, int64_t millisekunden, int matt) {
+    Stellung_t kopie = st;
+    Stellungsdaten_t daten;
+    BerechneStellungsdaten(kopie, daten);
+    if (kopie.historieAnzahl == 0) StarteHistorie(kopie, daten);
+    auto auftrag = std::make_unique<Suchauftrag_t>();
+    auftrag->stellung = kopie;
+    auftrag->optionen = optionen.get();
+    auftrag->ausgabe = &ausgabe;
+    auftrag->zeit = &zeit;
+    auftrag->festeGrenze = true;
+    Zugliste_t liste;
+    const uint32_t* ende = ErzeugeZuege(kopie, daten, liste);
+    for (const uint32_t* p = liste; p < ende; ++p)
+        if (IstLegal(kopie, static_cast<Zug_t>(*p), daten)) auftrag->wurzelzuege[auftrag->anzahlWurzelzuege++] = *p;
+    zeit.setzen(0, 0, 0, tiefe, 0, matt, millisekunden, false, false);
+    ausgabe.besterZug = 0;
+    ausgabe.wert = 0;
+    suche->Go(*auftrag);
+    suche->WarteBisUntaetig();
+    return ausgabe.besterZug;
+}
+
+uint64_t Werkzeugsuche_t::Knoten() const { return suche->Knoten(); }
+void Werkzeugsuche_t::NeuesSpiel() { optionen->SetzeOption("setoption name Clear Hash"); }
+void Werkzeugsuche_t::Setze(const char* befehl) { optionen->SetzeOption(befehl); }
+
 int Bench(std::ostream& aus) {
     Werkzeugsuche_t werkzeug;
     uint64_t knoten = 0;
@@ -128,7 +125,7 @@ int Bench(std::ostream& aus) {
         Stellungsdaten_t daten;
         if (!SetzeStellung(st, daten, fen)) continue;
         werkzeug.NeuesSpiel();
-        werkzeug.Suche(st, BenchTiefe, 0);
+        werkzeug.Suche(st, BenchTiefe, 0, 0);
         knoten += werkzeug.Knoten();
     }
     const int64_t ms = std::max<int64_t>(Millisekunden() - start, 1);
@@ -166,7 +163,7 @@ int Testpos(const char* datei, std::ostream& aus) {
             if (const Zug_t z = LeseSanZug(st, wort, daten)) erwartet[anzahl++] = z;
         }
         werkzeug.NeuesSpiel();
-        const Zug_t zug = werkzeug.Suche(st, 0, ms);
+        const Zug_t zug = werkzeug.Suche(st, 0, ms, 0);
         bool gefunden = false;
         for (int i = 0; i < anzahl; ++i) gefunden |= erwartet[i] == zug;
         char san[16] = "0000";
@@ -196,7 +193,7 @@ int Csvn(const char* eingabe, const char* ausgabeDatei, std::ostream& aus) {
         if (zeile.empty() || !LeseEpd(zeile, st, stellungText, operationen)) continue;
         Stellungsdaten_t daten;
         BerechneStellungsdaten(st, daten);
-        const Zug_t zug = werkzeug.Suche(st, 0, ms);
+        const Zug_t zug = werkzeug.Suche(st, 0, ms, 0);
         char san[16] = "0000";
         if (zug != 0) ZugSan(st, zug, daten, san);
         raus << stellungText << " bm " << san << std::endl;

@@ -2,7 +2,39 @@
 // test-position runner and the best-move writer.
 #pragma once
 
+#include <cstdint>
+#include <memory>
 #include <ostream>
+
+#include "board/zug.h"
+#include "protocol/ausgabe.h"
+#include "timing/zeitkontrolle.h"
+
+class Suche_t;
+class Optionen_t;
+
+// One search at a time on a private searcher with silent output, for the tools
+// and the tests: the caller waits for the result.
+class Werkzeugsuche_t {
+public:
+    Werkzeugsuche_t();
+    ~Werkzeugsuche_t();
+
+    // Depth, milliseconds or mate as "go" takes them (0 when absent); the best move.
+    Zug_t Suche(const Stellung_t& st, int tiefe, int64_t millisekunden, int matt);
+    int Wert() const { return ausgabe.wert; }
+    uint64_t Knoten() const;
+    // Clears the table at the next search.
+    void NeuesSpiel();
+    // A "setoption" line.
+    void Setze(const char* befehl);
+
+private:
+    std::unique_ptr<Suche_t> suche;
+    std::unique_ptr<Optionen_t> optionen;
+    Zeitkontrolle_t zeit;
+    TestAusgabe_t ausgabe;
+};
 
 // "bench": a fixed list of positions to a fixed depth on one thread; the last
 // line is "N nodes M nps". The node count is the signature of the search.

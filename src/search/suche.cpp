@@ -75,11 +75,11 @@ void Suche_t::MacheZug(Suchrahmen_t* r, Suchrahmen_t* kind, uint32_t zug, Sicher
     kind->geschlagen = kind->rueck.geschlagenTyp ? kind->rueck.geschlagenTyp : (Art(zug) == EnPassant ? 1u : 0u);
     Schiebe(kind->daten.schluessel);
     // Captures, pawn moves and lost castling rights can never be undone: no
-    // repetition can reach behind them.
-    if (kind->geschlagen || Art(zug) == BauernZug || Art(zug) >= UmwandlungSpringer ||
-        stellung.rochaden != kind->rueck.rochaden) {
-        letzteIrreversibel = fuenfzigBasis = stellung.historieAnzahl - 1;
-    }
+    // repetition reaches behind them. Only captures and pawn moves restart the
+    // fifty-move count.
+    const bool zaehlerNull = kind->geschlagen || Art(zug) == BauernZug || (Art(zug) >= UmwandlungSpringer && Art(zug) != Rochade);
+    if (zaehlerNull) fuenfzigBasis = stellung.historieAnzahl - 1;
+    if (zaehlerNull || stellung.rochaden != kind->rueck.rochaden) letzteIrreversibel = stellung.historieAnzahl - 1;
     (void)r;
 }
 

@@ -64,7 +64,11 @@ void Suche_t::Bereite(const Stellung_t& st) {
     wurzelRahmen->ply = 0;
     rahmen[Sentinels - 1].ply = -1;
     BerechneStellungsdaten(stellung, wurzelRahmen->daten);
+    // The game stops recording keys after a hundred reversible plies; the root's own key
+    // must still stand last.
     if (stellung.historieAnzahl == 0) StarteHistorie(stellung, wurzelRahmen->daten);
+    if (stellung.Historie[stellung.historieAnzahl - 1] != wurzelRahmen->daten.schluessel)
+        stellung.Historie[stellung.historieAnzahl++] = wurzelRahmen->daten.schluessel;
     wurzelIndex = stellung.historieAnzahl - 1;
     letzteIrreversibel = fuenfzigBasis = 0;
     wurzelRahmen->geschlagen = 0;
@@ -254,6 +258,10 @@ void Suche_t::suchen() {
     tabelle.resize(static_cast<uint64_t>(hashMb) * Megabyte);
 
     anzahlWurzel = a.anzahlWurzelzuege;
+    // A position whose side not to move stands in check cannot arise in a game: its
+    // king could be taken. Nothing is searched there, the answer is "no move".
+    const unsigned gegner = stellung.amZug ^ 1;
+    if (rahmen[Sentinels].daten.angriffe[gegner].alle & stellung.seite[gegner].brett[Koenig]) anzahlWurzel = 0;
     for (int i = 0; i < anzahlWurzel; ++i) wurzel[i] = Wurzelzug_t{a.wurzelzuege[i], 0, 0, SchrankeOben, 0};
     knoten = 0;
     tabelle.nextGeneration();

@@ -1,0 +1,100 @@
+// The searcher as a whole: mates at their distance, the draw rules inside the
+// search, positions without a move, and the root's limits.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "board/zugmachen.h"
+#include "protocol/suchwerkzeuge.h"
+#include "search/hashtabelle.h"
+
+namespace {
+
+Stellung_t Fen(const char* fen) {
+    Stellung_t st;
+    Stellungsdaten_t daten;
+    EXPECT_TRUE(SetzeStellung(st, daten, fen)) << fen;
+    return st;
+}
+
+// A game from a FEN through coordinate moves, with its key history.
+Stellung_t Partie(const char* fen, std::initializer_list<const char*> zuege) {
+    Stellung_t st;
+    Stellungsdaten_t daten;
+    EXPECT_TRUE(SetzeStellung(st, daten, fen));
+    for (const char* text : zuege) {
+        Rueckzug_t r;
+        EXPECT_TRUE(SpielzugMachen(st, LeseKoordinatenZug(st, text), r, daten)) << text;
+    }
+    return st;
+}
+
+std::string Text(const Stellung_t& st, Zug_t zug) {
+    char text[8];
+    return ZugText(st, zug, text);
+}
+
+TEST(Suche, MattAufKuerzestemWeg) {
+    struct Fall {
+        const char* fen;
+        int zuege;  // mate in this many moves
+        const char* zug;  // the mating move when it is the only one
+    };
+    const Fall faelle[] = {
+        {"6k1/5ppp/8/8/8/8/5PPP/R5K1 w - - 0 1", 1, "a1a8"},
+        {"r1bqkb1r/pppp1ppp/2n2n2/4p2Q/2B1P3/8/PPPP1PPP/RNB1K1NR w KQkq - 4 4", 1, "h5f7"},
+        {"2k5/8/2K5/8/8/8/8/3R4 w - - 0 1", 2, "c6b6"},
+        {"r5rk/5p1p/5R2/4B3/8/8/7P/7K w - - 0 1", 3, nullptr},
+        {"r1b1kb1r/pppp1ppp/5q2/4n3/3KP3/2N3PN/PPP4P/R1BQ1B1R b kq - 0 1", 3, nullptr},
+        {"7k/8/8/8/5K2/8/8/6R1 w - - 0 1", 4, nullptr},
+        {"8/8/8/8/1k6/8/8/1K1Q4 w - - 0 1", 5, nullptr},
+    };
+    Werkzeugsuche_t suche;
+    for (const Fall& f : faelle) {
+        const Stellung_t st = Fen(f.fen);
+        suche.NeuesSpiel();
+        const Zug_t zug = suche.Suche(st, 0, 0, f.zuege);
+        EXPECT_EQ(suche.Wert(), Matt - (2 * f.zuege - 1)) << f.fen;
+        if (f.zug != nullptr) {
+            EXPECT_EQ(Text(st, zug), f.zug) << f.fen;
+        }
+    }
+}
+
+TEST(Suche, KeinZugUndUnmoeglicheStellungen) {
+    const char* const fens[] = {
+        "7k/6Q1/6K1/8/8/8/8/8 b - - 0 1",  // mated
+        "7k/5Q2/6K1/8/8/8/8/8 b - - 0 1",  // stalemate
+        "4k3/4R3/8/8/8/8/8/4K3 w - - 0 1", // the side not to move stands in check
+    };
+    Werkzeugsuche_t suche;
+    for (const char* fen : fens) EXPECT_EQ(suche.Suche(Fen(fen), 4, 0, 0), 0) << fen;
+}
+
+TEST(Suche, RemisRegelnInDerSuche) {
+    Werkzeugsuche_t suche;
+    // Black, a queen down, can repeat the position a third time with Nb8.
+    const Stellung_t wiederholung =
+        Partie("rnb1kbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
+               {"b1c3", "b8c6", "c3b1", "c6b8", "b1c3", "b8c6", "c3b1"});
+    EXPECT_EQ(Text(wiederholung, suche.Suche(wiederholung, 6, 0, 0)), "c6b8");
+    EXPECT_EQ(suche.Wert(), 0);
+
+    // The hundredth reversible ply ends the game: a queen up is worth nothing here.
+    EXPECT_NE(suche.Suche(Fen("8/8/8/4k3/8/8/8/KQ6 w - - 99 80"), 6, 0, 0), 0);
+    EXPECT_EQ(suche.Wert(), 0);
+    // With a few plies left the same position is a clear win.
+    suche.Suche(Fen("8/8/8/4k3/8/8/8/KQ6 w - - 10 80"), 6, 0, 0);
+    EXPECT_GT(suche.Wert(), 3000);
+
+}
+
+TEST(Suche, WenigeKnotenBeiEinzigemZug) {
+    Werkzeugsuche_t suche;
+    // One legal move: the search ends after its first iteration even with time to spare.
+    const Stellung_t st = Fen("k7/8/8/8/8/8/1q6/K7 w - - 0 1");
+    EXPECT_EQ(Text(st, suche.Suche(st, 0, 60000, 0)), "a1b2");
+    EXPECT_LT(suche.Knoten(), 1000u);
+}
+
+}  // namespace
