@@ -1,14 +1,18 @@
-// One environment for the whole test binary: the attack tables are built once
-// per process, before any test sets up a position.
+// One environment for the whole test binary: the attack tables and the KPK table
+// are built once per process, before any test sets up a position.
 #include <gtest/gtest.h>
 
 #include "board/tabellen.h"
+#include "search/endspiel.h"
 
 namespace {
 
 class TabellenUmgebung : public ::testing::Environment {
 public:
-    void SetUp() override { InitTabellen(); }
+    void SetUp() override {
+        InitTabellen();
+        KpkInit();
+    }
 };
 
 // Registered during static initialisation, so gtest_main picks it up.

@@ -25,9 +25,11 @@
 # OPTIONS, OPP_OPTIONS, OPENINGS, OUTDIR. Options given on the command line win.
 # Each opening is played twice with colours reversed. Exit status: 0 when every game
 # ended normally, 1 when any game ended by illegal move, time forfeit or crash.
+# Glaurung searches with 2 threads unless told Threads=1; on this 2-core machine it
+# then loses nearly every game on time.
 #
-#   tools/match.sh -n 400 -t 10+0.1 -o Hash=16 glaurung
-#   tools/match.sh -e glaurung -n 10 -t 2+0.05 toga2
+#   tools/match.sh -n 400 -t 10+0.1 -o Hash=16 -O Threads=1 glaurung
+#   tools/match.sh -e glaurung -o Threads=1 -n 10 -t 2+0.05 toga2
 #   tools/match.sh -O "Skill Level=5" stockfish -- -draw movenumber=40 movecount=8 score=10
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
