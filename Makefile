@@ -20,6 +20,7 @@ test: build
 	cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
 
 bench: build
+	./tools/search-bench.sh ./$(BUILD)/kelvaran
 	./tools/perft-bench.sh ./$(BUILD)/kelvaran
 
 clean:
