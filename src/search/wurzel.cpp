@@ -173,6 +173,8 @@ int Suche_t::Wurzelsuche(int tiefe, int vorher) {
             !(Art(zug) == BauernZug && (ReiheVon(Nach(zug)) == 7 || ReiheVon(Nach(zug)) == 2)))
             red = 2;
 
+        // With several lines every move is first tried against the last line kept.
+        if (multiPv > 1) beta = alpha + 1;
         int wert;
         for (;;) {
             wert = -Suche(-beta, -alpha, kind, tiefe + e - red - 2, alpha + 1 == beta ? 1 : 0);
@@ -213,8 +215,6 @@ int Suche_t::Wurzelsuche(int tiefe, int vorher) {
                          (tiefe >= 3 && j == 0 && std::abs(wert - vorher) <= 100 && zug == vorherigerZug && jetzt < 1001);
             if (jedeZeile || wert >= MattGrenze || wert < -MattGrenze + 1) leise = false;
             if (multiPv == 1) MeldeVariante(zug, wert, alpha, beta, tiefe / 2, leise);
-        } else if (multiPv > 1) {
-            w.schranke = SchrankeExakt;  // every line of a multi-line search is kept with its score
         }
 
         if (wert > alpha) {
@@ -229,7 +229,6 @@ int Suche_t::Wurzelsuche(int tiefe, int vorher) {
                 if (position < multiPv) {
                     if (j + 1 >= multiPv) alpha = wurzel[multiPv - 1].wert;
                     if (multiPvMarge > 0) alpha = std::max(alpha, wurzel[0].wert - multiPvMarge);
-                    beta = Matt;
                 }
                 besterIndex = 0;
             }
@@ -237,7 +236,9 @@ int Suche_t::Wurzelsuche(int tiefe, int vorher) {
 
         if (!unendlich && !ponder.load(std::memory_order_relaxed) && zeit != nullptr &&
             zeit->sofortStoppen(static_cast<int64_t>(knoten))) {
-            w.schranke = SchrankeUnten;
+            // (Several lines re-sort the moves searched so far: find this one again.)
+            for (int k = 0; k <= j; ++k)
+                if (wurzel[k].zug == zug) wurzel[k].schranke = SchrankeUnten;
             stop.store(true, std::memory_order_relaxed);
             break;
         }
