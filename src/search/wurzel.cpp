@@ -51,10 +51,10 @@ void Suche_t::Uebernehmen() {
 }
 
 void Suche_t::ponderhit() {
+    // The search itself notices a limit already used up: with the ponder flag gone its
+    // next clock check, at most 1024 nodes away, stops it. So the input thread touches
+    // nothing but the flag.
     ponder.store(false, std::memory_order_relaxed);
-    // The time may already be used up while the engine pondered.
-    if (zeitPruefen && zeit != nullptr && zeit->sofortStoppen(static_cast<int64_t>(knoten)))
-        stop.store(true, std::memory_order_relaxed);
 }
 
 void Suche_t::Bereite(const Stellung_t& st) {
@@ -254,7 +254,12 @@ void Suche_t::suchen() {
     int maenner = stellung.seite[Weiss].anzahl[0] + stellung.seite[Schwarz].anzahl[0];
     eroeffnung = maenner > 30;
 
-    if (hashLoeschen) tabelle.clear();
+    // "Clear Hash" starts afresh: the table and the move-ordering history.
+    if (hashLoeschen) {
+        tabelle.clear();
+        for (auto& zeile : historie)
+            for (int32_t& h : zeile) h = 0;
+    }
     hashLoeschen = false;
     tabelle.resize(static_cast<uint64_t>(hashMb) * Megabyte);
 

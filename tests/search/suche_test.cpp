@@ -89,6 +89,21 @@ TEST(Suche, RemisRegelnInDerSuche) {
 
 }
 
+TEST(Suche, ClearHashBeimNaechstenGo) {
+    // The search is deterministic: from a cleared table it spends exactly the same
+    // nodes again, while a warm table saves some.
+    Werkzeugsuche_t suche;
+    const Stellung_t st = Fen("r1bq1rk1/pppp1ppp/2n2n2/2b1p3/2B1P3/2NP1N2/PPP2PPP/R1BQK2R w KQ - 4 6");
+    suche.NeuesSpiel();
+    suche.Suche(st, 7, 0, 0);
+    const uint64_t kalt = suche.Knoten();
+    suche.Suche(st, 7, 0, 0);
+    EXPECT_LT(suche.Knoten(), kalt);
+    suche.NeuesSpiel();
+    suche.Suche(st, 7, 0, 0);
+    EXPECT_EQ(suche.Knoten(), kalt);
+}
+
 TEST(Suche, WenigeKnotenBeiEinzigemZug) {
     Werkzeugsuche_t suche;
     // One legal move: the search ends after its first iteration even with time to spare.
