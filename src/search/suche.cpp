@@ -50,7 +50,7 @@ bool Suche_t::Gestoppt() {
 // Draw by the rules of the game: fifty reversible moves, or a position that stood on
 // the board twice before (threefold). A single repetition inside the line is found by
 // the caller.
-bool Suche_t::Remis(const Suchrahmen_t*) const {
+bool Suche_t::Remis() const {
     const uint32_t c = stellung.historieAnzahl - 1;
     if (c - fuenfzigBasis >= 100) return true;
     const uint64_t schluessel = stellung.Historie[c];
@@ -69,7 +69,7 @@ int Suche_t::StatischeBewertung(Suchrahmen_t* r) {
     return wert;
 }
 
-void Suche_t::MacheZug(Suchrahmen_t* r, Suchrahmen_t* kind, uint32_t zug, Sicherung_t& s) {
+void Suche_t::MacheZug(Suchrahmen_t* kind, uint32_t zug, Sicherung_t& s) {
     s.irreversibel = letzteIrreversibel;
     s.fuenfzig = fuenfzigBasis;
     kind->geschlagen = kind->rueck.geschlagenTyp ? kind->rueck.geschlagenTyp : (Art(zug) == EnPassant ? 1u : 0u);
@@ -80,7 +80,6 @@ void Suche_t::MacheZug(Suchrahmen_t* r, Suchrahmen_t* kind, uint32_t zug, Sicher
     const bool zaehlerNull = kind->geschlagen || Art(zug) == BauernZug || (Art(zug) >= UmwandlungSpringer && Art(zug) != Rochade);
     if (zaehlerNull) fuenfzigBasis = stellung.historieAnzahl - 1;
     if (zaehlerNull || stellung.rochaden != kind->rueck.rochaden) letzteIrreversibel = stellung.historieAnzahl - 1;
-    (void)r;
 }
 
 void Suche_t::NimmZurueck(Suchrahmen_t* kind, const Sicherung_t& s) {
@@ -107,7 +106,7 @@ int Suche_t::Suche(int alpha, int beta, Suchrahmen_t* r, int tiefe, int nonPv) {
             for (int64_t k = static_cast<int64_t>(c) - 4; k >= grenze; k -= 2)
                 if (stellung.Historie[k] == schluessel) return 0;
         }
-        if (Remis(r)) return 0;
+        if (Remis()) return 0;
     }
 
     if (tiefe < 0) return Ruhesuche(alpha, beta, r, -1);
@@ -200,7 +199,7 @@ int Suche_t::Suche(int alpha, int beta, Suchrahmen_t* r, int tiefe, int nonPv) {
         if (stop.load(std::memory_order_relaxed)) break;
         r->zug = static_cast<Zug_t>(zug);
         if (!ZugMachenLegal(stellung, static_cast<Zug_t>(zug), r->daten, kind->daten, kind->rueck)) continue;
-        MacheZug(r, kind, zug, sicherung);
+        MacheZug(kind, zug, sicherung);
         ++r->zuegeGemacht;
         const unsigned geschlagen = kind->geschlagen;
         if (geschlagen) ++r->schlaegeGemacht;
@@ -323,14 +322,14 @@ int Suche_t::Ruhesuche(int alpha, int beta, Suchrahmen_t* r, int qtiefe) {
     const bool imSchach = ImSchach(stellung, r->daten);
     int standPat;
     if (!imSchach) {
-        if (Art(vor->zug) != Nullzug && Remis(r)) return 0;
+        if (Art(vor->zug) != Nullzug && Remis()) return 0;
         standPat = StatischeBewertung(r);
     } else {
         const uint32_t c = stellung.historieAnzahl - 1;
         if (r->ply >= 4 && c >= 4 && c - 4 >= letzteIrreversibel &&
             stellung.Historie[c - 4] == stellung.Historie[c])
             return 0;
-        if (Remis(r)) return 0;
+        if (Remis()) return 0;
         standPat = r->ply - Matt;
     }
     if (standPat > alpha) {
@@ -378,7 +377,7 @@ int Suche_t::Ruhesuche(int alpha, int beta, Suchrahmen_t* r, int qtiefe) {
             kind->rueck.Zuruecknehmen();
             continue;
         }
-        MacheZug(r, kind, zug, sicherung);
+        MacheZug(kind, zug, sicherung);
         ++knoten;
         const int wert = -Ruhesuche(-beta, -alpha, kind, qtiefe - 1);
         NimmZurueck(kind, sicherung);

@@ -48,7 +48,7 @@ private:
     int Ruhesuche(int alpha, int beta, Suchrahmen_t* r, int qtiefe);
     int Wurzelsuche(int tiefe, int vorherigerWert);
     int StatischeBewertung(Suchrahmen_t* r);
-    bool Remis(const Suchrahmen_t* r) const;
+    bool Remis() const;
     bool Gestoppt();
     void Bereite(const Stellung_t& st);
     void SortiereWurzel(int anzahl);
@@ -68,7 +68,7 @@ private:
         uint32_t irreversibel;
         uint32_t fuenfzig;
     };
-    void MacheZug(Suchrahmen_t* r, Suchrahmen_t* kind, uint32_t zug, Sicherung_t& s);
+    void MacheZug(Suchrahmen_t* kind, uint32_t zug, Sicherung_t& s);
     void NimmZurueck(Suchrahmen_t* kind, const Sicherung_t& s);
     // A quiet move that cut: its history grows with the depth.
     void LobeZug(uint32_t zug, int tiefe);

@@ -165,7 +165,7 @@ int Suche_t::Wurzelsuche(int tiefe, int vorher) {
         const uint64_t knotenVorher = knoten;
         r->zug = static_cast<Zug_t>(zug);
         if (!ZugMachenLegal(stellung, static_cast<Zug_t>(zug), r->daten, kind->daten, kind->rueck)) continue;
-        MacheZug(r, kind, zug, sicherung);
+        MacheZug(kind, zug, sicherung);
         ++knoten;
         const int e = ImSchach(stellung, kind->daten) ? 1 : 0;
         int red = 0;
@@ -295,7 +295,7 @@ void Suche_t::suchen() {
             if (s + i - 2 > Matt || s - i + 2 < -Matt) break;
             if (2 * i + 1 >= 2 * MaxPly) break;
         }
-        const int wert = Wurzelsuche(2 * i + 1, vorherigerWert);
+        Wurzelsuche(2 * i + 1, vorherigerWert);
         SortiereWurzel(anzahlWurzel);
         if (stop.load(std::memory_order_relaxed)) break;
 
@@ -343,7 +343,6 @@ void Suche_t::suchen() {
         vorherigeAntwort = n >= 2 ? pv[1] : 0;
         vorherigerWert = wurzel[0].wert;
         vorherigerZug = static_cast<Zug_t>(wurzel[0].zug);
-        (void)wert;
     }
 
     // No answer before the GUI ends pondering or an infinite search.
