@@ -105,6 +105,20 @@ inline uint32_t* Figurenzuege(const Seite_t& s, Bitboard belegt, Bitboard ziele,
     return l;
 }
 
+// Knight, bishop, rook, queen and king moves onto `ziele`; the king only to unattacked squares.
+inline uint32_t* Figurenzuege(const Seite_t& s, const Stellungsdaten_t& daten, Bitboard ziele, unsigned seite,
+                              uint32_t* l) {
+    const Bitboard belegt = daten.belegt;
+    l = Figurenzuege<Springer>(s, belegt, ziele, l);
+    l = Figurenzuege<Laeufer>(s, belegt, ziele, l);
+    l = Figurenzuege<Turm>(s, belegt, ziele, l);
+    l = Figurenzuege<Dame>(s, belegt, ziele, l);
+    const Feld k = s.KoenigsFeld();
+    Bitboard z = KoenigFelder[k] & ziele & ~daten.angriffe[seite].alle;
+    while (z) *l++ = MachZug(k, NimmFeld(z), Koenig);
+    return l;
+}
+
 template <unsigned Seite>
 uint32_t* Rochaden(const Stellung_t& st, const Stellungsdaten_t& daten, uint32_t* l) {
     const Seite_t& s = st.seite[Seite];
@@ -139,13 +153,7 @@ uint32_t* NormaleZuege(const Stellung_t& st, const Stellungsdaten_t& daten, uint
     const Bitboard ziele = ~s.brett[0];
     l = Bauernzuege<Seite>(st, belegt, ~Bitboard{0}, l);
     if (st.ep) l = EnPassantZuege<Seite>(st, l);
-    l = Figurenzuege<Springer>(s, belegt, ziele, l);
-    l = Figurenzuege<Laeufer>(s, belegt, ziele, l);
-    l = Figurenzuege<Turm>(s, belegt, ziele, l);
-    l = Figurenzuege<Dame>(s, belegt, ziele, l);
-    const Feld k = s.KoenigsFeld();
-    Bitboard z = KoenigFelder[k] & ziele & ~daten.angriffe[Seite].alle;
-    while (z) *l++ = MachZug(k, NimmFeld(z), Koenig);
+    l = Figurenzuege(s, daten, ziele, Seite, l);
     if (st.rochaden & (Seite == Weiss ? 3 : 12)) l = Rochaden<Seite>(st, daten, l);
     return l;
 }
@@ -210,13 +218,7 @@ uint32_t* Schlagzuege(const Stellung_t& st, const Stellungsdaten_t& daten, Bitbo
         }
     }
     if (st.ep && (opfer & Bit(Seite == Weiss ? st.ep + 8u : st.ep - 8u))) l = EnPassantZuege<Seite>(st, l);
-    l = Figurenzuege<Springer>(s, belegt, ziele, l);
-    l = Figurenzuege<Laeufer>(s, belegt, ziele, l);
-    l = Figurenzuege<Turm>(s, belegt, ziele, l);
-    l = Figurenzuege<Dame>(s, belegt, ziele, l);
-    const Feld k = s.KoenigsFeld();
-    Bitboard z = KoenigFelder[k] & ziele & ~daten.angriffe[Seite].alle;
-    while (z) *l++ = MachZug(k, NimmFeld(z), Koenig);
+    l = Figurenzuege(s, daten, ziele, Seite, l);
     return l;
 }
 

@@ -81,6 +81,20 @@ bool LeseEpd(const std::string& zeile, Stellung_t& st, std::string& stellungText
     return SetzeStellung(st, daten, stellungText.c_str());
 }
 
+// Calls f(position, its text, the whole line, where the operations start) for every
+// readable position of an EPD or FEN file.
+template <typename F>
+void JedeStellung(std::istream& ein, F&& f) {
+    std::string zeile;
+    while (std::getline(ein, zeile)) {
+        Stellung_t st;
+        std::string stellungText;
+        size_t operationen;
+        if (zeile.empty() || !LeseEpd(zeile, st, stellungText, operationen)) continue;
+        f(st, stellungText, zeile, operationen);
+    }
+}
+
 }  // namespace
 
 Werkzeugsuche_t::Werkzeugsuche_t() : suche(std::make_unique<Suche_t>()), optionen(std::make_unique<Optionen_t>(Optionstabelle)) {
@@ -142,14 +156,10 @@ int Testpos(const char* datei, std::ostream& aus) {
     Werkzeugsuche_t werkzeug;
     const int64_t ms = Testzeit();
     int geloest = 0, gesamt = 0;
-    std::string zeile;
-    while (std::getline(ein, zeile)) {
-        Stellung_t st;
-        std::string stellungText;
-        size_t operationen;
-        if (zeile.empty() || !LeseEpd(zeile, st, stellungText, operationen)) continue;
+    JedeStellung(ein, [&](Stellung_t& st, const std::string& stellungText, const std::string& zeile,
+                          size_t operationen) {
         const size_t bm = zeile.find(" bm ", operationen > 0 ? operationen - 1 : 0);
-        if (bm == std::string::npos) continue;
+        if (bm == std::string::npos) return;
         Stellungsdaten_t daten;
         BerechneStellungsdaten(st, daten);
         // The expected moves, in SAN, up to the semicolon.
@@ -171,7 +181,7 @@ int Testpos(const char* datei, std::ostream& aus) {
         ++gesamt;
         geloest += gefunden;
         aus << stellungText << " bm " << san << (gefunden ? "" : " (not found)") << std::endl;
-    }
+    });
     aus << "solved " << geloest << " of " << gesamt << std::endl;
     return 0;
 }
@@ -185,18 +195,13 @@ int Csvn(const char* eingabe, const char* ausgabeDatei, std::ostream& aus) {
     }
     Werkzeugsuche_t werkzeug;
     const int64_t ms = Testzeit();
-    std::string zeile;
-    while (std::getline(ein, zeile)) {
-        Stellung_t st;
-        std::string stellungText;
-        size_t operationen;
-        if (zeile.empty() || !LeseEpd(zeile, st, stellungText, operationen)) continue;
+    JedeStellung(ein, [&](Stellung_t& st, const std::string& stellungText, const std::string&, size_t) {
         Stellungsdaten_t daten;
         BerechneStellungsdaten(st, daten);
         const Zug_t zug = werkzeug.Suche(st, 0, ms, 0);
         char san[16] = "0000";
         if (zug != 0) ZugSan(st, zug, daten, san);
         raus << stellungText << " bm " << san << std::endl;
-    }
+    });
     return 0;
 }

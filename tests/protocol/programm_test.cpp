@@ -1,6 +1,8 @@
 // The program entry: command line, protocol choice and the input loop, on scripted input.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <fstream>
 #include <regex>
 #include <string>
 #include <tuple>
@@ -62,3 +64,30 @@ TEST(Programm, PerftAufDerAktuellenStellung) {
 }
 
 }  // namespace
+
+TEST(Programm, SuchwerkzeugeTestposUndCsvn) {
+    // Two test positions: a mate in one that is found, and a "best move" that is not one.
+    const std::string epd = testing::TempDir() + "kelvaran_test.epd";
+    const std::string csv = testing::TempDir() + "kelvaran_test.csvn";
+    {
+        std::ofstream f(epd);
+        f << "6k1/5ppp/8/8/8/8/5PPP/R5K1 w - - bm Ra8#; id \"matt\";\n"
+          << "kein fen\n"
+          << "6k1/5ppp/8/8/8/8/5PPP/R5K1 w - - bm h3 g3; id \"falsch\";\n";
+    }
+    setenv("KELVARAN_TESTZEIT", "50", 1);
+    const Lauf_t t = Starte("", {"--Testpos", epd});
+    EXPECT_EQ(t.aus, (std::vector<std::string>{"6k1/5ppp/8/8/8/8/5PPP/R5K1 w - - bm Ra8#",
+                                               "6k1/5ppp/8/8/8/8/5PPP/R5K1 w - - bm Ra8# (not found)",
+                                               "solved 1 of 2"}));
+    const Lauf_t c = Starte("", {"--CSVN", epd, csv});
+    EXPECT_TRUE(c.aus.empty());
+    std::ifstream f(csv);
+    std::vector<std::string> zeilen;
+    for (std::string z; std::getline(f, z);) zeilen.push_back(z);
+    EXPECT_EQ(zeilen, (std::vector<std::string>(2, "6k1/5ppp/8/8/8/8/5PPP/R5K1 w - - bm Ra8#")));
+    // A missing file is reported, never a crash.
+    EXPECT_EQ(Starte("", {"--Testpos", "/nicht/da.epd"}).aus,
+              (std::vector<std::string>{"info string cannot open /nicht/da.epd"}));
+    unsetenv("KELVARAN_TESTZEIT");
+}
