@@ -234,7 +234,7 @@ int Suche_t::Wurzelsuche(int tiefe, int vorher) {
             }
         }
 
-        if (!unendlich && !ponder.load(std::memory_order_relaxed) && zeit != nullptr &&
+        if (zeitPruefen && !ponder.load(std::memory_order_relaxed) && zeit != nullptr &&
             zeit->sofortStoppen(static_cast<int64_t>(knoten))) {
             // (Several lines re-sort the moves searched so far: find this one again.)
             for (int k = 0; k <= j; ++k)
@@ -273,7 +273,9 @@ void Suche_t::suchen() {
     tabelle.nextGeneration();
     for (auto& zeile : historie)
         for (int32_t& h : zeile) h /= 4;
-    zeitPruefen = !unendlich;
+    // The first iteration (one ply and the captures) always runs to its end, so even a
+    // clock already run out gets a searched move rather than the first one generated.
+    zeitPruefen = false;
     zeitlog.oeffnen(logName);
 
     Zeitwert_t zeitwert;
@@ -296,6 +298,7 @@ void Suche_t::suchen() {
             if (2 * i + 1 >= 2 * MaxPly) break;
         }
         Wurzelsuche(2 * i + 1, vorherigerWert);
+        zeitPruefen = !unendlich;
         SortiereWurzel(anzahlWurzel);
         if (stop.load(std::memory_order_relaxed)) break;
 
