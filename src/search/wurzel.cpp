@@ -87,27 +87,27 @@ int Suche_t::Teste(const Stellung_t& st, int alpha, int beta, int tiefe) {
 
 void Suche_t::SortiereWurzel(int anzahl) { std::stable_sort(wurzel, wurzel + anzahl, WurzelVor); }
 
-// The line from the root move on, read back from the table.
+// The line from the root move on, read back from the table. It is played as a game,
+// so it ends where the game would: at a repetition or the fifty-move rule.
 int Suche_t::Hauptvariante(uint32_t erster, Zug_t* zuege, int max) {
     Stellung_t& st = *pvStellung;
     st = stellung;
-    Stellungsdaten_t daten[2];
-    BerechneStellungsdaten(st, daten[0]);
+    st.historieAnzahl = wurzelIndex + 1;
+    Stellungsdaten_t daten;
+    BerechneStellungsdaten(st, daten);
     Rueckzug_t r;
     int n = 0;
     uint32_t zug = erster;
     uint64_t gesehen[64];
     while (n < max && n < 64 && zug != 0) {
-        if (!IstLegal(st, static_cast<Zug_t>(zug), daten[n & 1])) break;
-        ZugMachenLegal(st, static_cast<Zug_t>(zug), daten[n & 1], daten[(n + 1) & 1], r);
+        if (!SpielzugMachen(st, static_cast<Zug_t>(zug), r, daten)) break;
         zuege[n++] = static_cast<Zug_t>(zug);
-        const uint64_t schluessel = daten[n & 1].schluessel;
-        bool wiederholt = false;
-        for (int i = 0; i + 1 < n; ++i) wiederholt |= gesehen[i] == schluessel;
-        gesehen[n - 1] = schluessel;
+        bool wiederholt = WiederholungsRemis(st) || FuenfzigZuegeRemis(st);
+        for (int i = 0; i + 1 < n; ++i) wiederholt |= gesehen[i] == daten.schluessel;
+        gesehen[n - 1] = daten.schluessel;
         if (wiederholt) break;
         TtDaten_t t;
-        if (!tabelle.probe(schluessel, n, t)) break;
+        if (!tabelle.probe(daten.schluessel, n, t)) break;
         zug = static_cast<uint32_t>(t.zug);
     }
     return n;
