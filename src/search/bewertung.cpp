@@ -434,7 +434,11 @@ int Skaliere(const Stellung_t& st, int r, const Materialeintrag_t& me) {
     // 9: drawish material, then the side to move's view.
     r = Skaliere(st, r, me) * (st.amZug == Weiss ? 1 : -1);
     // 10.
+#ifdef KELVARAN_TUNER
+    return r;  // the tuner's finite differences need the unrounded score
+#else
     return Quantisiere(r);
+#endif
 }
 
 #if defined(__x86_64__) && defined(__GNUC__) && !defined(__POPCNT__)
