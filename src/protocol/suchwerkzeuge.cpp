@@ -113,7 +113,6 @@ Zug_t Werkzeugsuche_t::Suche(const Stellung_t& st, int tiefe, int64_t millisekun
     auftrag->optionen = optionen.get();
     auftrag->ausgabe = &ausgabe;
     auftrag->zeit = &zeit;
-    auftrag->festeGrenze = true;
     Zugliste_t liste;
     const uint32_t* ende = ErzeugeZuege(kopie, daten, liste);
     for (const uint32_t* p = liste; p < ende; ++p)

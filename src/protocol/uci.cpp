@@ -264,7 +264,6 @@ void UciInterface_t::Go(const char* zeile, const char*) {
     if (debug) flags |= StartDebug;
     auftrag->flags = flags;
     auftrag->unendlich = unendlich;
-    auftrag->festeGrenze = tiefe > 0 || knoten > 0 || matt > 0 || zugzeit > 0;
     auftrag->zeit = zeitkontrolle;
     auftrag->ausgabe = ausgabe;
     auftrag->anzahlWurzelzuege = Wurzelzuege(zeile, auftrag->wurzelzuege);

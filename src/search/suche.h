@@ -36,10 +36,6 @@ public:
     int BesterWert() const { return besterWert; }
     Hashtabelle_t& Tabelle() { return tabelle; }
 
-    // For tests: a fixed-window search of the current root position to a depth
-    // in half plies, on the calling thread.
-    int Teste(const Stellung_t& st, int alpha, int beta, int tiefe);
-
 protected:
     void Uebernehmen() override;
 
@@ -101,7 +97,6 @@ private:
     Zug_t besterZug = 0;
     int besterWert = 0;
     bool unendlich = false;
-    bool festeGrenze = false;
     bool eroeffnung = false;
     bool hashLoeschen = false;
     int hashMb = 3;

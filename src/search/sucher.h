@@ -28,7 +28,6 @@ struct Suchauftrag_t {
     Optionen_t* optionen = nullptr;
     unsigned flags = 0;
     bool unendlich = false;    // "infinite": no answer before "stop"
-    bool festeGrenze = false;  // depth, nodes, mate or move time was given
     Zeitkontrolle_t* zeit = nullptr;
     Ausgabe_t* ausgabe = nullptr;
     uint32_t wurzelzuege[MaxZuege];  // the legal root moves, after searchmoves/excludemoves

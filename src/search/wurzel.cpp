@@ -40,7 +40,6 @@ Suche_t::~Suche_t() { Herunterfahren(); }
 void Suche_t::Uebernehmen() {
     Optionen_t* o = auftrag->optionen;
     unendlich = auftrag->unendlich;
-    festeGrenze = auftrag->festeGrenze;
     if (o == nullptr) return;
     hashLoeschen = o->ClearHashNehmen();
     const int hash = o->Index("Hash");
@@ -74,15 +73,6 @@ void Suche_t::Bereite(const Stellung_t& st) {
     wurzelRahmen->geschlagen = 0;
     for (int i = 0; i < MaxPly + Sentinels + 4; ++i) rahmen[i].killer[0] = rahmen[i].killer[1] = 0;
     selTiefe = 0;
-}
-
-int Suche_t::Teste(const Stellung_t& st, int alpha, int beta, int tiefe) {
-    Bereite(st);
-    stop.store(false, std::memory_order_relaxed);
-    zeitPruefen = false;
-    knoten = 0;
-    tabelle.nextGeneration();
-    return Suche(alpha, beta, &rahmen[Sentinels], tiefe, 0);
 }
 
 void Suche_t::SortiereWurzel(int anzahl) { std::stable_sort(wurzel, wurzel + anzahl, WurzelVor); }
