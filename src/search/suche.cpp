@@ -109,7 +109,7 @@ int Suche_t::Suche(int alpha, int beta, Suchrahmen_t* r, int tiefe, int nonPv) {
         if (Remis()) return 0;
     }
 
-    if (tiefe < 0) return Ruhesuche(alpha, beta, r, -1);
+    if (tiefe < 0) return Ruhesuche(alpha, beta, r, -1, echterVorzug);
 
     // Table: cut-offs only at null-window nodes; an open window is always searched.
     r->drohung = false;
@@ -309,7 +309,7 @@ void Suche_t::LobeZug(uint32_t zug, int tiefe) {
     }
 }
 
-int Suche_t::Ruhesuche(int alpha, int beta, Suchrahmen_t* r, int qtiefe) {
+int Suche_t::Ruhesuche(int alpha, int beta, Suchrahmen_t* r, int qtiefe, bool remisGeprueft) {
     Suchrahmen_t* const vor = r - 1;
     r->ply = vor->ply + 1;
     r->besterZug = 0;
@@ -322,14 +322,14 @@ int Suche_t::Ruhesuche(int alpha, int beta, Suchrahmen_t* r, int qtiefe) {
     const bool imSchach = ImSchach(stellung, r->daten);
     int standPat;
     if (!imSchach) {
-        if (Art(vor->zug) != Nullzug && Remis()) return 0;
+        if (!remisGeprueft && Art(vor->zug) != Nullzug && Remis()) return 0;
         standPat = StatischeBewertung(r);
     } else {
         const uint32_t c = stellung.historieAnzahl - 1;
         if (r->ply >= 4 && c >= 4 && c - 4 >= letzteIrreversibel &&
             stellung.Historie[c - 4] == stellung.Historie[c])
             return 0;
-        if (Remis()) return 0;
+        if (!remisGeprueft && Remis()) return 0;
         standPat = r->ply - Matt;
     }
     if (standPat > alpha) {

@@ -41,7 +41,8 @@ protected:
 
 private:
     int Suche(int alpha, int beta, Suchrahmen_t* r, int tiefe, int nonPv);
-    int Ruhesuche(int alpha, int beta, Suchrahmen_t* r, int qtiefe);
+    // remisGeprueft: the caller has just found the game's draw rules not to apply here.
+    int Ruhesuche(int alpha, int beta, Suchrahmen_t* r, int qtiefe, bool remisGeprueft = false);
     int Wurzelsuche(int tiefe, int vorherigerWert);
     int StatischeBewertung(Suchrahmen_t* r);
     bool Remis() const;
