@@ -1,6 +1,7 @@
 #include "protocol/programm.h"
 
 #include <cctype>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <mutex>
@@ -57,7 +58,11 @@ int Programm(int argc, char** argv, std::istream& ein, std::ostream& aus, std::o
     // Tool switches come first: they run their tool and end the program.
     if (argc == 3 && std::strcmp(argv[1], "--Testpos") == 0) return Testpos(argv[2], aus);
     if (argc == 4 && std::strcmp(argv[1], "--CSVN") == 0) return Csvn(argv[2], argv[3], aus);
-    if (argc == 2 && (std::strcmp(argv[1], "bench") == 0 || std::strcmp(argv[1], "--bench") == 0)) return Bench(aus);
+    if (argc >= 2 && argc <= 4 && (std::strcmp(argv[1], "bench") == 0 || std::strcmp(argv[1], "--bench") == 0)) {
+        const int tiefe = argc >= 3 ? std::atoi(argv[2]) : BenchTiefe;
+        const int threads = argc >= 4 ? std::atoi(argv[3]) : 1;
+        return Bench(aus, tiefe > 0 ? tiefe : BenchTiefe, threads > 0 ? threads : 1);
+    }
 
     // Bad arguments are reported and skipped: they never keep the engine from playing.
     // Each random-player switch replaces the random searcher made by an earlier one.

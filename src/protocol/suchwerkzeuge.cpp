@@ -60,7 +60,6 @@ const char* const Benchstellungen[] = {
     "r1bq1rk1/pppp1ppp/2n2n2/2b1p3/2B1P3/2NP1N2/PPP2PPP/R1BQK2R w KQ - 4 6",
 };
 
-constexpr int BenchTiefe = 11;
 
 int64_t Testzeit() {
     const char* text = std::getenv("KELVARAN_TESTZEIT");
@@ -104,6 +103,19 @@ Werkzeugsuche_t::Werkzeugsuche_t() : suche(std::make_unique<Suche_t>()), optione
 Werkzeugsuche_t::~Werkzeugsuche_t() = default;
 
 Zug_t Werkzeugsuche_t::Suche(const Stellung_t& st, int tiefe, int64_t millisekunden, int matt) {
+    Starte(st, tiefe, millisekunden, matt);
+    suche->WarteBisUntaetig();
+    return ausgabe.besterZug;
+}
+
+Zug_t Werkzeugsuche_t::Stoppe() {
+    suche->Stop();
+    return ausgabe.besterZug;
+}
+
+uint64_t Werkzeugsuche_t::Teilungen() const { return suche->Teilungen(); }
+
+void Werkzeugsuche_t::Starte(const Stellung_t& st, int tiefe, int64_t millisekunden, int matt) {
     Stellung_t kopie = st;
     Stellungsdaten_t daten;
     BerechneStellungsdaten(kopie, daten);
@@ -121,16 +133,15 @@ Zug_t Werkzeugsuche_t::Suche(const Stellung_t& st, int tiefe, int64_t millisekun
     ausgabe.besterZug = 0;
     ausgabe.wert = 0;
     suche->Go(*auftrag);
-    suche->WarteBisUntaetig();
-    return ausgabe.besterZug;
 }
 
 uint64_t Werkzeugsuche_t::Knoten() const { return suche->Knoten(); }
 void Werkzeugsuche_t::NeuesSpiel() { optionen->SetzeOption("setoption name Clear Hash"); }
 void Werkzeugsuche_t::Setze(const char* befehl) { optionen->SetzeOption(befehl); }
 
-int Bench(std::ostream& aus) {
+int Bench(std::ostream& aus, int tiefe, int threads) {
     Werkzeugsuche_t werkzeug;
+    werkzeug.Setze(("setoption name NumberOfProcessors value " + std::to_string(threads)).c_str());
     uint64_t knoten = 0;
     const int64_t start = Millisekunden();
     for (const char* fen : Benchstellungen) {
@@ -138,7 +149,7 @@ int Bench(std::ostream& aus) {
         Stellungsdaten_t daten;
         if (!SetzeStellung(st, daten, fen)) continue;
         werkzeug.NeuesSpiel();
-        werkzeug.Suche(st, BenchTiefe, 0, 0);
+        werkzeug.Suche(st, tiefe, 0, 0);
         knoten += werkzeug.Knoten();
     }
     const int64_t ms = std::max<int64_t>(Millisekunden() - start, 1);

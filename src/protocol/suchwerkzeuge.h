@@ -22,6 +22,11 @@ public:
 
     // Depth, milliseconds or mate as "go" takes them (0 when absent); the best move.
     Zug_t Suche(const Stellung_t& st, int tiefe, int64_t millisekunden, int matt);
+    // The same without waiting; Stoppe ends the search and gives its move.
+    void Starte(const Stellung_t& st, int tiefe, int64_t millisekunden, int matt);
+    Zug_t Stoppe();
+    // Split points the last search made (0 on one thread).
+    uint64_t Teilungen() const;
     int Wert() const { return ausgabe.wert; }
     uint64_t Knoten() const;
     // Clears the table at the next search.
@@ -38,7 +43,9 @@ private:
 
 // "bench": a fixed list of positions to a fixed depth on one thread; the last
 // line is "N nodes M nps". The node count is the signature of the search.
-int Bench(std::ostream& aus);
+// "bench DEPTH THREADS" times the parallel search (its node count varies).
+constexpr int BenchTiefe = 11;
+int Bench(std::ostream& aus, int tiefe = BenchTiefe, int threads = 1);
 
 // "--Testpos file": each EPD position with its "bm" moves is searched; one line
 // "<position> bm <move>" each (" (not found)" when the move is not among them),

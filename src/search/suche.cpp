@@ -34,17 +34,26 @@ inline bool BauerVorUmwandlung(uint32_t zug) {
 
 constexpr Bitboard Ecken = Bit(0) | Bit(7) | Bit(56) | Bit(63);
 
+// The piece type a made move took, a pawn for en passant.
+inline unsigned GeschlagenerTyp(const Rueckzug_t& rueck, uint32_t zug) {
+    return rueck.geschlagenTyp ? rueck.geschlagenTyp : (Art(zug) == EnPassant ? 1u : 0u);
+}
+
 }  // namespace
 
 bool Suche_t::Gestoppt() {
-    if (stop.load(std::memory_order_relaxed)) return true;
+    if (Abbruch()) return true;
     // The clock is read every 1024 nodes: well under a millisecond apart.
-    if ((knoten & 1023) == 0 && zeitPruefen && !ponder.load(std::memory_order_relaxed) && zeit != nullptr &&
-        zeit->sofortStoppen(static_cast<int64_t>(knoten))) {
+    if ((knoten & 1023) == 0 && UhrAbgelaufen()) {
         stop.store(true, std::memory_order_relaxed);
         return true;
     }
     return false;
+}
+
+bool Suche_t::UhrAbgelaufen() {
+    return zeitPruefen && !ponder.load(std::memory_order_relaxed) && zeit != nullptr &&
+           zeit->sofortStoppen(static_cast<int64_t>(knoten));
 }
 
 // Draw by the rules of the game: fifty reversible moves, or a position that stood on
@@ -72,7 +81,7 @@ int Suche_t::StatischeBewertung(Suchrahmen_t* r) {
 void Suche_t::MacheZug(Suchrahmen_t* kind, uint32_t zug, Sicherung_t& s) {
     s.irreversibel = letzteIrreversibel;
     s.fuenfzig = fuenfzigBasis;
-    kind->geschlagen = kind->rueck.geschlagenTyp ? kind->rueck.geschlagenTyp : (Art(zug) == EnPassant ? 1u : 0u);
+    kind->geschlagen = GeschlagenerTyp(kind->rueck, zug);
     Schiebe(kind->daten.schluessel);
     // Captures, pawn moves and lost castling rights can never be undone: no
     // repetition reaches behind them. Only captures and pawn moves restart the
@@ -116,7 +125,7 @@ int Suche_t::Suche(int alpha, int beta, Suchrahmen_t* r, int tiefe, int nonPv) {
     r->wertVersatz = 0;
     r->bitbaseGefunden = false;
     const uint64_t schluessel = r->daten.schluessel;
-    if (tabelle.probe(schluessel, r->ply, r->tt)) {
+    if (tt->probe(schluessel, r->ply, r->tt)) {
         const TtDaten_t& t = r->tt;
         if (t.tiefe >= tiefe && alpha + 1 == beta &&
             ((t.schranke != SchrankeOben && t.wert >= beta) || (t.schranke == SchrankeOben && t.wert <= alpha) ||
@@ -171,7 +180,7 @@ int Suche_t::Suche(int alpha, int beta, Suchrahmen_t* r, int tiefe, int nonPv) {
             letzteIrreversibel = stellung.historieAnzahl - 1;
             int wert = -Suche(-beta, -alpha, kind, tiefe - NullzugReduktion(tiefe), nonPv + 1);
             NimmZurueck(kind, sicherung);
-            if (stop.load(std::memory_order_relaxed)) return 0;
+            if (Abbruch()) return 0;
             if (wert >= beta && nonPv > 0) return wert >= MattGrenze ? beta : wert;
             if (wert < -MattGrenze && alpha >= -MattGrenze + 1) r->drohung = true;
             if (kind->besterZug) {
@@ -192,67 +201,26 @@ int Suche_t::Suche(int alpha, int beta, Suchrahmen_t* r, int tiefe, int nonPv) {
 
     if (tiefe >= 10) Vorpruefung(r, beta, tiefe);
 
-    const Bitboard unsereAngriffe = r->daten.angriffe[sie].alle;  // squares we attack
-    const Bitboard ihreAngriffe = r->daten.angriffe[wir].alle;    // squares they attack
+    const Knotenlage_t lage{imSchach, eval, r->daten.angriffe[sie].alle, r->daten.angriffe[wir].alle};
+    // Idle searchers may take over the moves once the first has been searched.
+    bool teilen = pool != nullptr && tiefe >= 4;
+    const uint64_t knotenVorErstem = knoten;
     uint32_t zug;
     while ((zug = NaechsterZug(r)) != 0) {
-        if (stop.load(std::memory_order_relaxed)) break;
+        if (Abbruch()) break;
         r->zug = static_cast<Zug_t>(zug);
         if (!ZugMachenLegal(stellung, static_cast<Zug_t>(zug), r->daten, kind->daten, kind->rueck)) continue;
-        MacheZug(kind, zug, sicherung);
+        const unsigned geschlagen = GeschlagenerTyp(kind->rueck, zug);
         ++r->zuegeGemacht;
-        const unsigned geschlagen = kind->geschlagen;
         if (geschlagen) ++r->schlaegeGemacht;
-        ++knoten;
-        const bool gibtSchach = ImSchach(stellung, kind->daten);
-
-        // Extensions, in half plies.
-        int e = 0;
-        if (imSchach && (Art(zug) == Koenig || geschlagen || (Bit(Nach(zug)) & unsereAngriffe))) e = 1;
-        if (gibtSchach) e = 1;
-        if (geschlagen >= Springer && geschlagen <= Dame && r->geschlagen) {
-            if (e == 0 && geschlagen == Dame && r->geschlagen == Dame) e = 1;
-            const Seite_t& w = stellung.seite[Weiss];
-            const Seite_t& s = stellung.seite[Schwarz];
-            if (w.anzahl[0] == w.anzahl[Bauer] + 1 && s.anzahl[0] == s.anzahl[Bauer] + 1) e += (tiefe + 4) / 4;
-        }
-
-        // Futility: a quiet move cannot lift a hopeless static score above alpha.
-        if (e == 0 && !imSchach && Art(zug) < UmwandlungSpringer && !BauerVorUmwandlung(zug) && tiefe < 4 &&
-            !geschlagen && a >= -MattGrenze + 1 && b < MattGrenze && !(eval == 0 && r->kinderGesucht == 0) &&
-            ((tiefe < 2 && eval + 1000 < a) || eval + 5000 < a)) {
-            NimmZurueck(kind, sicherung);
+        const Zugzaehler_t z{r->zuegeGemacht, r->schlaegeGemacht, r->kinderGesucht == 0,
+                             zug == r->killer[0] || zug == r->killer[1]};
+        const int wert = ZugSuchen(r, zug, lage, z, a, b, beta, tiefe, nonPv);
+        if (Abbruch()) break;
+        if (wert == Beschnitten) {
             beschnitten = true;
             continue;
         }
-
-        // Late-move reductions.
-        int red = 0;
-        if (tiefe >= 2 && r->zuegeGemacht >= 2 && !imSchach && !gibtSchach && Art(zug) < UmwandlungSpringer &&
-            zug != r->killer[0] && zug != r->killer[1] && !(Bit(Von(zug)) & r->drohFelder) &&
-            !(Bit(Nach(zug)) & r->drohAngreifer)) {
-            bool reduzieren = true;
-            if (geschlagen) {
-                // Only a capture that looks bad: a more valuable man takes a guarded one.
-                reduzieren = !r->geschlagen && (Bit(Nach(zug)) & ihreAngriffe) &&
-                             Steinwert[Art(zug) <= Koenig ? Art(zug) : Bauer] > Steinwert[geschlagen];
-            }
-            if (reduzieren) {
-                int n = r->zuegeGemacht + r->schlaegeGemacht + (r->schlaegeGemacht >= 3 ? 3 : 0) + (nonPv > 4) +
-                        2 * (r->geschlagen != 0) + (nonPv & 1);
-                red = 2;
-                if (n > 7) red = std::max(((tiefe + 6) / 8) * 2, 2);
-                if (n > 13) red = std::max(tiefe * 5 / 16, red);
-            }
-        }
-
-        int wert = -Suche(-b, -a, kind, tiefe + e - red - 2, a + 1 < b ? 0 : nonPv + 1);
-        if (wert > a && (red > 0 || (b < beta && wert < beta)) && !stop.load(std::memory_order_relaxed))
-            wert = -Suche(-beta, -a, kind, tiefe + e - 2, a + 1 < beta ? 0 : nonPv + 1);
-
-        NimmZurueck(kind, sicherung);
-        if (stop.load(std::memory_order_relaxed)) break;
-        if (!IstMatt(wert)) wert += r->wertVersatz;
         ++r->kinderGesucht;
 
         if (wert > best) {
@@ -262,23 +230,23 @@ int Suche_t::Suche(int alpha, int beta, Suchrahmen_t* r, int tiefe, int nonPv) {
                 a = wert;
                 if (wert >= beta) {
                     schranke = SchrankeUnten;
-                    // Killers: quiet moves that are not simply answers on the last square.
-                    if (!geschlagen && Art(zug) < UmwandlungSpringer && Nach(zug) != Nach(vorzug) &&
-                        zug != r->killer[0] && !(Bit(Nach(zug)) & Ecken)) {
-                        r->killer[1] = r->killer[0];
-                        r->killer[0] = static_cast<Zug_t>(zug);
-                    }
-                    if (r->zuegeGemacht > 1 && !geschlagen) LobeZug(zug, tiefe);
+                    Schnitt(r, zug, geschlagen != 0, z.gemacht, tiefe);
                     break;
                 }
                 schranke = SchrankeExakt;
             }
         }
         b = a + 1;
-        // (A parallel search would offer the remaining moves to idle threads here.)
+        if (teilen) {
+            // A first move that cost almost nothing hints at a node that will cut soon.
+            if (r->zuegeGemacht == 1 && knoten - knotenVorErstem < 18)
+                teilen = false;
+            else if (Teilen(r, lage, a, beta, best, schranke, beschnitten, tiefe, nonPv))
+                break;
+        }
     }
 
-    if (r->kinderGesucht == 0 && !imSchach && !stop.load(std::memory_order_relaxed)) {
+    if (r->kinderGesucht == 0 && !imSchach && !Abbruch()) {
         // No legal move is stalemate; every legal move pruned leaves the static score.
         return beschnitten ? eval : 0;
     }
@@ -286,7 +254,7 @@ int Suche_t::Suche(int alpha, int beta, Suchrahmen_t* r, int tiefe, int nonPv) {
         best = eval;
         r->besterZug = 0;
     }
-    if (stop.load(std::memory_order_relaxed)) return best;
+    if (Abbruch()) return best;
 
     TtDaten_t d;
     d.wert = best;
@@ -295,8 +263,75 @@ int Suche_t::Suche(int alpha, int beta, Suchrahmen_t* r, int tiefe, int nonPv) {
     d.schranke = schranke;
     d.zug = r->besterZug;
     d.drohung = r->drohung ? DrohungsBit : 0;
-    tabelle.store(schluessel, r->ply, d);
+    tt->store(schluessel, r->ply, d);
     return best;
+}
+
+int Suche_t::ZugSuchen(Suchrahmen_t* r, uint32_t zug, const Knotenlage_t& lage, const Zugzaehler_t& z, int a, int b,
+                       int beta, int tiefe, int nonPv) {
+    Suchrahmen_t* const kind = r + 1;
+    Sicherung_t sicherung;
+    MacheZug(kind, zug, sicherung);
+    const unsigned geschlagen = kind->geschlagen;
+    ++knoten;
+    const bool gibtSchach = ImSchach(stellung, kind->daten);
+
+    // Extensions, in half plies.
+    int e = 0;
+    if (lage.imSchach && (Art(zug) == Koenig || geschlagen || (Bit(Nach(zug)) & lage.unsereAngriffe))) e = 1;
+    if (gibtSchach) e = 1;
+    if (geschlagen >= Springer && geschlagen <= Dame && r->geschlagen) {
+        if (e == 0 && geschlagen == Dame && r->geschlagen == Dame) e = 1;
+        const Seite_t& w = stellung.seite[Weiss];
+        const Seite_t& s = stellung.seite[Schwarz];
+        if (w.anzahl[0] == w.anzahl[Bauer] + 1 && s.anzahl[0] == s.anzahl[Bauer] + 1) e += (tiefe + 4) / 4;
+    }
+
+    // Futility: a quiet move cannot lift a hopeless static score above alpha.
+    const int eval = lage.eval;
+    if (e == 0 && !lage.imSchach && Art(zug) < UmwandlungSpringer && !BauerVorUmwandlung(zug) && tiefe < 4 &&
+        !geschlagen && a >= -MattGrenze + 1 && b < MattGrenze && !(eval == 0 && z.erstesKind) &&
+        ((tiefe < 2 && eval + 1000 < a) || eval + 5000 < a)) {
+        NimmZurueck(kind, sicherung);
+        return Beschnitten;
+    }
+
+    // Late-move reductions.
+    int red = 0;
+    if (tiefe >= 2 && z.gemacht >= 2 && !lage.imSchach && !gibtSchach && Art(zug) < UmwandlungSpringer && !z.killer &&
+        !(Bit(Von(zug)) & r->drohFelder) && !(Bit(Nach(zug)) & r->drohAngreifer)) {
+        bool reduzieren = true;
+        if (geschlagen) {
+            // Only a capture that looks bad: a more valuable man takes a guarded one.
+            reduzieren = !r->geschlagen && (Bit(Nach(zug)) & lage.ihreAngriffe) &&
+                         Steinwert[Art(zug) <= Koenig ? Art(zug) : Bauer] > Steinwert[geschlagen];
+        }
+        if (reduzieren) {
+            int n = z.gemacht + z.schlaege + (z.schlaege >= 3 ? 3 : 0) + (nonPv > 4) + 2 * (r->geschlagen != 0) +
+                    (nonPv & 1);
+            red = 2;
+            if (n > 7) red = std::max(((tiefe + 6) / 8) * 2, 2);
+            if (n > 13) red = std::max(tiefe * 5 / 16, red);
+        }
+    }
+
+    int wert = -Suche(-b, -a, kind, tiefe + e - red - 2, a + 1 < b ? 0 : nonPv + 1);
+    if (wert > a && (red > 0 || (b < beta && wert < beta)) && !Abbruch())
+        wert = -Suche(-beta, -a, kind, tiefe + e - 2, a + 1 < beta ? 0 : nonPv + 1);
+    NimmZurueck(kind, sicherung);
+    if (!IstMatt(wert)) wert += r->wertVersatz;
+    return wert;
+}
+
+void Suche_t::Schnitt(Suchrahmen_t* r, uint32_t zug, bool geschlagen, int gemacht, int tiefe) {
+    // Killers: quiet moves that are not simply answers on the last square.
+    const uint32_t vorzug = (r - 1)->zug;
+    if (!geschlagen && Art(zug) < UmwandlungSpringer && Nach(zug) != Nach(vorzug) && zug != r->killer[0] &&
+        !(Bit(Nach(zug)) & Ecken)) {
+        r->killer[1] = r->killer[0];
+        r->killer[0] = static_cast<Zug_t>(zug);
+    }
+    if (gemacht > 1 && !geschlagen) LobeZug(zug, tiefe);
 }
 
 void Suche_t::LobeZug(uint32_t zug, int tiefe) {
@@ -368,7 +403,7 @@ int Suche_t::Ruhesuche(int alpha, int beta, Suchrahmen_t* r, int qtiefe, bool re
     const Bitboard gedeckt = r->daten.angriffe[wir].alle;
     uint32_t zug;
     while ((zug = NaechsterZug(r)) != 0) {
-        if (stop.load(std::memory_order_relaxed)) break;
+        if (Abbruch()) break;
         r->zug = static_cast<Zug_t>(zug);
         if (!ZugMachenLegal(stellung, static_cast<Zug_t>(zug), r->daten, kind->daten, kind->rueck)) continue;
         if (!imSchach && Art(zug) <= Koenig && (Bit(Nach(zug)) & gedeckt) &&
@@ -381,7 +416,7 @@ int Suche_t::Ruhesuche(int alpha, int beta, Suchrahmen_t* r, int qtiefe, bool re
         ++knoten;
         const int wert = -Ruhesuche(-beta, -alpha, kind, qtiefe - 1);
         NimmZurueck(kind, sicherung);
-        if (stop.load(std::memory_order_relaxed)) break;
+        if (Abbruch()) break;
         if (wert > best) {
             best = wert;
             r->besterZug = static_cast<Zug_t>(zug);
@@ -514,7 +549,7 @@ void Suche_t::Vorpruefung(Suchrahmen_t* r, int beta, int tiefe) {
     for (uint32_t* p = r->aktuell; p < r->ende; ++p) {
         if (!ZugLegal(stellung, static_cast<Zug_t>(*p), r->daten, kind->daten, kind->rueck)) continue;
         TtDaten_t t;
-        const bool gefunden = tabelle.probe(kind->daten.schluessel, r->ply + 1, t);
+        const bool gefunden = tt->probe(kind->daten.schluessel, r->ply + 1, t);
         kind->rueck.Zuruecknehmen();
         if (!gefunden || t.schranke == SchrankeUnten) continue;
         if (-t.wert > beta - 1 && (t.tiefe + 2 >= tiefe || IstMatt(t.wert)) && -t.wert > kandidatWert) {

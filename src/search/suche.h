@@ -2,13 +2,17 @@
 // beneath it, driven by iterative deepening at the root.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
+#include <semaphore>
+#include <vector>
 
 #include "search/bewertung.h"
 #include "search/hashtabelle.h"
 #include "search/suchrahmen.h"
 #include "search/sucher.h"
+#include "search/teilung.h"
 #include "timing/zeitlog.h"
 #include "timing/zeitnetz.h"
 
@@ -26,6 +30,9 @@ public:
     Suche_t();
     ~Suche_t() override;
 
+    // Main searcher: runs a "go". Further searcher: serves split points.
+    void Threadkoerper() override;
+
     void ponderhit() override;
     // One "go": prepare the table, iterate, report, answer with the best move.
     void suchen() override;
@@ -35,11 +42,19 @@ public:
     Zug_t BesterZug() const { return besterZug; }
     int BesterWert() const { return besterWert; }
     Hashtabelle_t& Tabelle() { return tabelle; }
+    // Search threads, this one included (1 to 32); made and ended between searches.
+    void SetzeThreads(int anzahl);
+    int Threads() const { return 1 + static_cast<int>(weitere.size()); }
+    uint64_t Teilungen() const { return teilungen.load(std::memory_order_relaxed); }
 
 protected:
     void Uebernehmen() override;
 
 private:
+    friend class Teilungspool_t;
+    // A further searcher of `haupt`, sharing its table and split points.
+    Suche_t(Suche_t* haupt, int id);
+
     int Suche(int alpha, int beta, Suchrahmen_t* r, int tiefe, int nonPv);
     // remisGeprueft: the caller has just found the game's draw rules not to apply here.
     int Ruhesuche(int alpha, int beta, Suchrahmen_t* r, int qtiefe, bool remisGeprueft = false);
@@ -47,6 +62,15 @@ private:
     int StatischeBewertung(Suchrahmen_t* r);
     bool Remis() const;
     bool Gestoppt();
+    // The main searcher's clock says stop (checked by it alone).
+    bool UhrAbgelaufen();
+    // Stop, or a cut or stop at the split point worked under or any above it.
+    bool Abbruch() const {
+        if (stopZeiger->load(std::memory_order_relaxed)) return true;
+        for (const Teilungspunkt_t* p = aktuellerTp; p != nullptr; p = p->eltern)
+            if (p->abbruch.load(std::memory_order_relaxed)) return true;
+        return false;
+    }
     void Bereite(const Stellung_t& st);
     void SortiereWurzel(int anzahl);
     // The line from a root move on, read back from the table.
@@ -67,6 +91,31 @@ private:
     };
     void MacheZug(Suchrahmen_t* kind, uint32_t zug, Sicherung_t& s);
     void NimmZurueck(Suchrahmen_t* kind, const Sicherung_t& s);
+
+    // One move of the move loop, already made legally into the child frame.
+    struct Zugzaehler_t {
+        int32_t gemacht, schlaege;  // moves and captures counted with this one
+        bool erstesKind;            // no child searched yet
+        bool killer;
+    };
+    static constexpr int Beschnitten = -2 * Matt;  // the move was pruned, not searched
+    int ZugSuchen(Suchrahmen_t* r, uint32_t zug, const Knotenlage_t& lage, const Zugzaehler_t& z, int a, int b,
+                  int beta, int tiefe, int nonPv);
+    // After a cut by a move: killers and history.
+    void Schnitt(Suchrahmen_t* r, uint32_t zug, bool geschlagen, int gemacht, int tiefe);
+
+    // Parallel search: offer the rest of the node's moves; true when the split
+    // searched them (the node's results are then updated).
+    bool Teilen(Suchrahmen_t* r, const Knotenlage_t& lage, int& a, int beta, int& best, int32_t& schranke,
+                bool& beschnitten, int tiefe, int nonPv);
+    // The shared move loop of a split point; r is this searcher's frame of the node.
+    void Teilsuche(Teilungspunkt_t* sp, Suchrahmen_t* r);
+    // Joins a split point with work left, runs its loop and leaves; false when it had none.
+    // A helping owner passes the least ply its frames allow and the searchers it may help.
+    bool Mitarbeiten(Teilungspunkt_t* sp, int mindestPly = 0, uint32_t besitzer = ~0u);
+    // The owner, its own moves done: help its workers until the last has left.
+    void WarteAufArbeiter(Teilungspunkt_t* sp);
+    void DienerKoerper();
     // A quiet move that cut: its history grows with the depth.
     void LobeZug(uint32_t zug, int tiefe);
 
@@ -75,6 +124,14 @@ private:
     void Hole() { --stellung.historieAnzahl; }
 
     Stellung_t stellung{};
+    Suche_t* const haupt = this;
+    const int id = 0;
+    Hashtabelle_t* tt = &tabelle;
+    std::atomic<bool>* stopZeiger = &stop;  // the main searcher's flag
+    Teilungspool_t* pool = nullptr;         // set while further searchers exist
+    Teilungspunkt_t* aktuellerTp = nullptr;
+    std::counting_semaphore<100> angebotSemaphor{0};
+    std::atomic<Teilungspunkt_t*> angebot{nullptr};
     std::unique_ptr<Stellung_t> pvStellung = std::make_unique<Stellung_t>();  // scratch for reading lines
     std::unique_ptr<Suchrahmen_t[]> rahmen;
     Hashtabelle_t tabelle;
@@ -107,4 +164,8 @@ private:
     Ausgabe_t* ausgabe = nullptr;
     Zeitnetz_t zeitnetz;
     Zeitlog_t zeitlog;
+
+    std::atomic<uint64_t> teilungen{0};  // split points made in this search, by all threads
+    std::unique_ptr<Teilungspool_t> eigenerPool;
+    std::vector<std::unique_ptr<Suche_t>> weitere;
 };

@@ -9,6 +9,10 @@
 #include "search/hashtabelle.h"
 
 constexpr int MaxPly = 100;  // at this distance from the root every node scores 0
+// Frames above the root, so every node may look two plies back; the root is frame
+// RahmenVorlauf and a node of distance ply uses frame RahmenVorlauf + ply.
+constexpr int RahmenVorlauf = 2;
+constexpr int AnzahlRahmen = MaxPly + RahmenVorlauf + 4;
 
 // Stages of the move picker.
 enum Zugstufe : int32_t {

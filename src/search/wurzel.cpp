@@ -12,7 +12,6 @@
 
 namespace {
 
-constexpr int Sentinels = 2;  // frames above the root, so every node may look two plies back
 constexpr uint64_t Megabyte = 1024 * 1024;
 
 // Exact scores first, the higher first; then the deeper search, more nodes, the smaller move.
@@ -28,14 +27,23 @@ bool WurzelVor(const Wurzelzug_t& x, const Wurzelzug_t& y) {
 }  // namespace
 
 Suche_t::Suche_t()
-    : rahmen(std::make_unique<Suchrahmen_t[]>(MaxPly + Sentinels + 4)),
+    : rahmen(std::make_unique<Suchrahmen_t[]>(AnzahlRahmen)),
       bauerncache(std::make_unique<Bauerncache_t>()),
       materialcache(std::make_unique<Materialcache_t>()) {
     tabelle.resize(hashMb * Megabyte);
     Starten();
 }
 
-Suche_t::~Suche_t() { Herunterfahren(); }
+Suche_t::~Suche_t() {
+    if (haupt != this) {
+        // A further searcher sleeps on its offer semaphore, not on the start one.
+        terminieren.store(true, std::memory_order_relaxed);
+        pool->Abmelden(this);
+        angebotSemaphor.release();
+    }
+    Herunterfahren();
+    weitere.clear();
+}
 
 void Suche_t::Uebernehmen() {
     Optionen_t* o = auftrag->optionen;
@@ -47,6 +55,8 @@ void Suche_t::Uebernehmen() {
     multiPv = std::max(1, o->Zahl(o->Index("MultiPV")));
     multiPvMarge = o->Zahl(o->Index("MultiPV_Score")) * 10;
     logName = o->Text(o->Index("TimeLogfile"));
+    const int threads = o->Index("NumberOfProcessors");
+    if (threads >= 0) SetzeThreads(o->Zahl(threads));
 }
 
 void Suche_t::ponderhit() {
@@ -58,10 +68,10 @@ void Suche_t::ponderhit() {
 
 void Suche_t::Bereite(const Stellung_t& st) {
     stellung = st;
-    Suchrahmen_t* wurzelRahmen = &rahmen[Sentinels];
-    for (int i = 0; i < Sentinels; ++i) rahmen[i].zug = MachZug(0, 0, BauernZug);  // "a real move"
+    Suchrahmen_t* wurzelRahmen = &rahmen[RahmenVorlauf];
+    for (int i = 0; i < RahmenVorlauf; ++i) rahmen[i].zug = MachZug(0, 0, BauernZug);  // "a real move"
     wurzelRahmen->ply = 0;
-    rahmen[Sentinels - 1].ply = -1;
+    rahmen[RahmenVorlauf - 1].ply = -1;
     BerechneStellungsdaten(stellung, wurzelRahmen->daten);
     // The game stops recording keys after a hundred reversible plies; the root's own key
     // must still stand last.
@@ -71,7 +81,7 @@ void Suche_t::Bereite(const Stellung_t& st) {
     wurzelIndex = stellung.historieAnzahl - 1;
     letzteIrreversibel = fuenfzigBasis = 0;
     wurzelRahmen->geschlagen = 0;
-    for (int i = 0; i < MaxPly + Sentinels + 4; ++i) rahmen[i].killer[0] = rahmen[i].killer[1] = 0;
+    for (int i = 0; i < AnzahlRahmen; ++i) rahmen[i].killer[0] = rahmen[i].killer[1] = 0;
     selTiefe = 0;
 }
 
@@ -112,7 +122,7 @@ void Suche_t::MeldeVariante(uint32_t zug, int wert, int alpha, int beta, int tie
 }
 
 int Suche_t::Wurzelsuche(int tiefe, int vorher) {
-    Suchrahmen_t* const r = &rahmen[Sentinels];
+    Suchrahmen_t* const r = &rahmen[RahmenVorlauf];
     Suchrahmen_t* const kind = r + 1;
     r->ply = 0;
     selTiefe = 0;
@@ -257,9 +267,10 @@ void Suche_t::suchen() {
     // A position whose side not to move stands in check cannot arise in a game: its
     // king could be taken. Nothing is searched there, the answer is "no move".
     const unsigned gegner = stellung.amZug ^ 1;
-    if (rahmen[Sentinels].daten.angriffe[gegner].alle & stellung.seite[gegner].brett[Koenig]) anzahlWurzel = 0;
+    if (rahmen[RahmenVorlauf].daten.angriffe[gegner].alle & stellung.seite[gegner].brett[Koenig]) anzahlWurzel = 0;
     for (int i = 0; i < anzahlWurzel; ++i) wurzel[i] = Wurzelzug_t{a.wurzelzuege[i], 0, 0, SchrankeOben, 0};
     knoten = 0;
+    teilungen.store(0, std::memory_order_relaxed);
     tabelle.nextGeneration();
     for (auto& zeile : historie)
         for (int32_t& h : zeile) h /= 4;
@@ -327,7 +338,7 @@ void Suche_t::suchen() {
         d.wurzelzuege = anzahlWurzel;
         d.taktisch = IstTaktisch(wurzel[0].zug);
         d.bedrohteSteine = static_cast<int32_t>(
-            Bitzahl(rahmen[Sentinels].daten.angriffe[stellung.amZug ^ 1].bedroht));
+            Bitzahl(rahmen[RahmenVorlauf].daten.angriffe[stellung.amZug ^ 1].bedroht));
         d.eroeffnung = eroeffnung;
         zeitwert.nachIteration(zeitnetz.bewerten(ZeitEingaben(d)), gewechselt);
         zeitlog.schreiben(d);
@@ -354,7 +365,7 @@ void Suche_t::suchen() {
 }
 
 bool Suche_t::IstTaktisch(uint32_t zug) {
-    Suchrahmen_t* const r = &rahmen[Sentinels];
+    Suchrahmen_t* const r = &rahmen[RahmenVorlauf];
     if (Art(zug) >= UmwandlungSpringer) return true;
     if (stellung.seite[stellung.amZug ^ 1].brett[0] & Bit(Nach(zug))) return true;
     Suchrahmen_t* const kind = r + 1;

@@ -1,0 +1,98 @@
+// The parallel search: threads made and ended by the option, split points only
+// with further threads, the same mates as one thread, and "stop" at any moment.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <random>
+#include <string>
+#include <thread>
+
+#include "board/zugmachen.h"
+#include "protocol/suchwerkzeuge.h"
+#include "search/hashtabelle.h"
+
+namespace {
+
+Stellung_t Fen(const char* fen) {
+    Stellung_t st;
+    Stellungsdaten_t daten;
+    EXPECT_TRUE(SetzeStellung(st, daten, fen)) << fen;
+    return st;
+}
+
+bool Legal(const Stellung_t& st, Zug_t zug) {
+    Stellung_t kopie = st;
+    Stellungsdaten_t daten;
+    BerechneStellungsdaten(kopie, daten);
+    return zug != 0 && IstLegal(kopie, zug, daten);
+}
+
+void Threads(Werkzeugsuche_t& suche, int n) {
+    suche.Setze(("setoption name NumberOfProcessors value " + std::to_string(n)).c_str());
+}
+
+const char* const Mittelspiel = "r1bq1rk1/pp2bppp/2n1pn2/3p4/2PP4/2N2N2/PP2BPPP/R2QKB1R w KQ - 0 9";
+
+TEST(ParalleleSuche, NurMitWeiterenThreadsWirdGeteilt) {
+    Werkzeugsuche_t suche;
+    const Stellung_t st = Fen(Mittelspiel);
+    Threads(suche, 1);
+    EXPECT_TRUE(Legal(st, suche.Suche(st, 10, 0, 0)));
+    EXPECT_EQ(suche.Teilungen(), 0u);
+
+    // Threads are made and ended between searches, in any order.
+    for (int n : {3, 2, 4, 1, 2}) {
+        Threads(suche, n);
+        suche.NeuesSpiel();
+        EXPECT_TRUE(Legal(st, suche.Suche(st, 10, 0, 0))) << n;
+        if (n == 1) EXPECT_EQ(suche.Teilungen(), 0u);
+        else EXPECT_GT(suche.Teilungen(), 0u) << n;
+    }
+}
+
+TEST(ParalleleSuche, MattsWieMitEinemThread) {
+    struct Fall {
+        const char* fen;
+        int zuege;
+    };
+    const Fall faelle[] = {
+        {"r5rk/5p1p/5R2/4B3/8/8/7P/7K w - - 0 1", 3},
+        {"r1b1kb1r/pppp1ppp/5q2/4n3/3KP3/2N3PN/PPP4P/R1BQ1B1R b kq - 0 1", 3},
+        {"7k/8/8/8/5K2/8/8/6R1 w - - 0 1", 4},
+        {"8/8/8/8/1k6/8/8/1K1Q4 w - - 0 1", 5},
+    };
+    Werkzeugsuche_t suche;
+    Threads(suche, 3);
+    for (const Fall& f : faelle) {
+        suche.NeuesSpiel();
+        suche.Suche(Fen(f.fen), 0, 0, f.zuege);
+        EXPECT_EQ(suche.Wert(), Matt - (2 * f.zuege - 1)) << f.fen;
+    }
+}
+
+// Searches stopped after a random few milliseconds with 2 to 4 threads always
+// answer a legal move; a hang or crash fails the whole run. KELVARAN_STRESS sets
+// the number of rounds (tools/smp-stress.sh runs thousands).
+TEST(ParalleleSuche, StopZuJederZeit) {
+    const char* const fens[] = {
+        Mittelspiel,
+        "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
+        "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1",
+        "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1",
+    };
+    const char* runden = std::getenv("KELVARAN_STRESS");
+    const int anzahl = runden != nullptr ? std::atoi(runden) : 120;
+    std::mt19937 zufall(12345);
+    Werkzeugsuche_t suche;
+    for (int i = 0; i < anzahl; ++i) {
+        if (i % 10 == 0) Threads(suche, 2 + static_cast<int>(zufall() % 3));
+        const Stellung_t st = Fen(fens[zufall() % 4]);
+        suche.Starte(st, 60, 0, 0);
+        std::this_thread::sleep_for(std::chrono::microseconds(zufall() % 4000));
+        const Zug_t zug = suche.Stoppe();
+        ASSERT_TRUE(Legal(st, zug)) << "round " << i;
+    }
+}
+
+}  // namespace
