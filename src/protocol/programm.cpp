@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include "board/tabellen.h"
+#include "book/buchbefehl.h"
 #include "protocol/ausgabe.h"
 #include "protocol/optionen.h"
 #include "protocol/suchwerkzeuge.h"
@@ -57,6 +58,7 @@ int Programm(int argc, char** argv, std::istream& ein, std::ostream& aus, std::o
 
     // Tool switches come first: they run their tool and end the program.
     if (argc == 3 && std::strcmp(argv[1], "--Testpos") == 0) return Testpos(argv[2], aus);
+    if (argc >= 2 && std::strcmp(argv[1], "--book") == 0) return BuchWerkzeug(argc, argv, aus);
     if (argc == 4 && std::strcmp(argv[1], "--CSVN") == 0) return Csvn(argv[2], argv[3], aus);
     if (argc >= 2 && argc <= 4 && (std::strcmp(argv[1], "bench") == 0 || std::strcmp(argv[1], "--bench") == 0)) {
         const int tiefe = argc >= 3 ? std::atoi(argv[2]) : BenchTiefe;

@@ -102,8 +102,8 @@ Werkzeugsuche_t::Werkzeugsuche_t() : suche(std::make_unique<Suche_t>()), optione
 
 Werkzeugsuche_t::~Werkzeugsuche_t() = default;
 
-Zug_t Werkzeugsuche_t::Suche(const Stellung_t& st, int tiefe, int64_t millisekunden, int matt) {
-    Starte(st, tiefe, millisekunden, matt);
+Zug_t Werkzeugsuche_t::Suche(const Stellung_t& st, int tiefe, int64_t millisekunden, int matt, int64_t knoten) {
+    Starte(st, tiefe, millisekunden, matt, knoten);
     suche->WarteBisUntaetig();
     return ausgabe.besterZug;
 }
@@ -115,7 +115,7 @@ Zug_t Werkzeugsuche_t::Stoppe() {
 
 uint64_t Werkzeugsuche_t::Teilungen() const { return suche->Teilungen(); }
 
-void Werkzeugsuche_t::Starte(const Stellung_t& st, int tiefe, int64_t millisekunden, int matt) {
+void Werkzeugsuche_t::Starte(const Stellung_t& st, int tiefe, int64_t millisekunden, int matt, int64_t knoten) {
     Stellung_t kopie = st;
     Stellungsdaten_t daten;
     BerechneStellungsdaten(kopie, daten);
@@ -129,7 +129,7 @@ void Werkzeugsuche_t::Starte(const Stellung_t& st, int tiefe, int64_t millisekun
     const uint32_t* ende = ErzeugeZuege(kopie, daten, liste);
     for (const uint32_t* p = liste; p < ende; ++p)
         if (IstLegal(kopie, static_cast<Zug_t>(*p), daten)) auftrag->wurzelzuege[auftrag->anzahlWurzelzuege++] = *p;
-    zeit.setzen(0, 0, 0, tiefe, 0, matt, millisekunden, false, false);
+    zeit.setzen(0, 0, 0, tiefe, knoten, matt, millisekunden, false, false);
     ausgabe.besterZug = 0;
     ausgabe.wert = 0;
     suche->Go(*auftrag);

@@ -20,10 +20,10 @@ public:
     Werkzeugsuche_t();
     ~Werkzeugsuche_t();
 
-    // Depth, milliseconds or mate as "go" takes them (0 when absent); the best move.
-    Zug_t Suche(const Stellung_t& st, int tiefe, int64_t millisekunden, int matt);
+    // Depth, milliseconds, mate or nodes as "go" takes them (0 when absent); the best move.
+    Zug_t Suche(const Stellung_t& st, int tiefe, int64_t millisekunden, int matt, int64_t knoten = 0);
     // The same without waiting; Stoppe ends the search and gives its move.
-    void Starte(const Stellung_t& st, int tiefe, int64_t millisekunden, int matt);
+    void Starte(const Stellung_t& st, int tiefe, int64_t millisekunden, int matt, int64_t knoten = 0);
     Zug_t Stoppe();
     // Split points the last search made (0 on one thread).
     uint64_t Teilungen() const;

@@ -10,6 +10,7 @@
 #include "board/perft.h"
 #include "board/zug.h"
 #include "board/zuggenerator.h"
+#include "book/buchbefehl.h"
 #include "search/sucher.h"
 #include "timing/zeitkontrolle.h"
 #include "protocol/ausgabe.h"
@@ -54,7 +55,7 @@ const UciInterface_t::Befehl_t UciInterface_t::Befehle[] = {
     {"ponderhit", &UciInterface_t::Ponderhit},
     {"quit", &UciInterface_t::Quit},
     {"perft", &UciInterface_t::Perft},
-    // "book" arrives with the opening book.
+    {"book", &UciInterface_t::Buch},
     {"time", &UciInterface_t::Zeit},
     {nullptr, nullptr},
 };
@@ -296,6 +297,12 @@ void UciInterface_t::Perft(const char*, const char* rest) {
 void UciInterface_t::Zeit(const char*, const char* rest) {
     // Not squeezed: the file names in the messages stay exactly as given.
     ZeitBefehl(zeittrainer, rest, [this](const std::string& text) {
+        if (ausgabe != nullptr) ausgabe->zeile(text);
+    });
+}
+
+void UciInterface_t::Buch(const char*, const char* rest) {
+    BuchBefehl(buch, rest, [this](const std::string& text) {
         if (ausgabe != nullptr) ausgabe->zeile(text);
     });
 }

@@ -8,6 +8,7 @@
 
 #include "board/stellung.h"
 #include "board/zugmachen.h"
+#include "book/buch.h"
 #include "protocol/optionen.h"
 #include "timing/zeittrainer.h"
 
@@ -62,6 +63,7 @@ private:
     void Ponderhit(const char* zeile, const char* rest);
     void Quit(const char* zeile, const char* rest);
     void Perft(const char* zeile, const char* rest);
+    void Buch(const char* zeile, const char* rest);
     void Zeit(const char* zeile, const char* rest);
 
     // Standard start position as the base of the history.
@@ -85,4 +87,5 @@ private:
     uint8_t zweiterModus = 0;  // no UCI command sets it
     std::atomic<bool> beenden{false};
     std::unique_ptr<Zeittrainer_t> zeittrainer;  // made by the first "time" command that needs it
+    std::unique_ptr<Buch_t> buch;                // made by the first "book" command that needs it
 };

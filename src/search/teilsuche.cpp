@@ -107,7 +107,7 @@ void Suche_t::DienerKoerper() {
         bool geweckt = false;
         for (int i = 0; i < 20000 && !geweckt; ++i) {
             geweckt = angebotSemaphor.try_acquire();
-            if (!geweckt) __builtin_ia32_pause();
+            if (!geweckt) Verschnaufen();
         }
         if (!geweckt) angebotSemaphor.acquire();
         if (terminieren.load(std::memory_order_relaxed)) break;
@@ -288,7 +288,11 @@ void Suche_t::WarteAufArbeiter(Teilungspunkt_t* sp) {
         if (rest == 0) return;
     }
     const int ply = sp->ply.load(std::memory_order_relaxed);
-    while (!sp->alleFertig.try_acquire_for(std::chrono::milliseconds(1))) {
+    // Spin a while first: workers usually finish within microseconds of the owner.
+    for (int runde = 0;; ++runde) {
+        if (runde < 4000 ? sp->alleFertig.try_acquire() : sp->alleFertig.try_acquire_for(std::chrono::milliseconds(1)))
+            break;
+        if (runde < 4000) Verschnaufen();
         if (haupt == this && UhrAbgelaufen()) stop.store(true, std::memory_order_relaxed);
         if (Abbruch()) {
             std::lock_guard<std::mutex> l(sp->sperre);

@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <mutex>
 #include <semaphore>
+#include <thread>
 
 #include "board/stellung.h"
 #include "board/zug.h"
@@ -81,6 +82,15 @@ private:
     Suche_t* wartende[MaxSucher]{};
     int anzahlWartende = 0;
 };
+
+// One step of a spin wait: tells the core that this thread only waits.
+inline void Verschnaufen() {
+#if defined(__x86_64__) || defined(__i386__)
+    __builtin_ia32_pause();
+#else
+    std::this_thread::yield();
+#endif
+}
 
 // Copies a position with only the used part of its key history.
 void KopiereStellung(Stellung_t& ziel, const Stellung_t& quelle);
