@@ -98,6 +98,8 @@ void JedeStellung(std::istream& ein, F&& f) {
 
 Werkzeugsuche_t::Werkzeugsuche_t() : suche(std::make_unique<Suche_t>()), optionen(std::make_unique<Optionen_t>(Optionstabelle)) {
     optionen->SetzeOption("setoption name Hash value 16");
+    // The tools measure the search: a book in the working directory must not answer for it.
+    optionen->SetzeOption("setoption name OwnBook value false");
 }
 
 Werkzeugsuche_t::~Werkzeugsuche_t() = default;

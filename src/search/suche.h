@@ -159,6 +159,8 @@ private:
     bool hashLoeschen = false;
     int hashMb = 3;
     std::string logName;
+    Zug_t buchzug = 0;     // the book's answer to this "go", 0 when it has none
+    std::string buchInfo;  // the "info string" line that names it
 
     Zeitkontrolle_t* zeit = nullptr;
     Ausgabe_t* ausgabe = nullptr;

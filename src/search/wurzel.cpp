@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "board/zuggenerator.h"
+#include "book/buchzug.h"
 #include "protocol/ausgabe.h"
 #include "protocol/optionen.h"
 #include "search/suche.h"
@@ -57,6 +58,16 @@ void Suche_t::Uebernehmen() {
     logName = o->Text(o->Index("TimeLogfile"));
     const int threads = o->Index("NumberOfProcessors");
     if (threads >= 0) SetzeThreads(o->Zahl(threads));
+
+    // The book is read here, on the caller's thread, like the options.
+    buchzug = 0;
+    if (!unendlich) {
+        Stellungsdaten_t daten;
+        BerechneStellungsdaten(auftrag->stellung, daten);
+        if (!BuchZug(auftrag->stellung, daten, *o, buchzug, buchInfo, auftrag->wurzelzuege,
+                     auftrag->anzahlWurzelzuege))
+            buchzug = 0;
+    }
 }
 
 void Suche_t::ponderhit() {
@@ -262,6 +273,16 @@ void Suche_t::suchen() {
     }
     hashLoeschen = false;
     tabelle.resize(static_cast<uint64_t>(hashMb) * Megabyte);
+
+    // A book move is played at once; while pondering it waits like a search would.
+    if (buchzug != 0) {
+        eroeffnung = true;
+        besterZug = buchzug;
+        if (ausgabe != nullptr) ausgabe->zeile(buchInfo);
+        WarteWaehrendPonder();
+        if (ausgabe != nullptr) ausgabe->bestzug(stellung, buchzug, 0);
+        return;
+    }
 
     anzahlWurzel = a.anzahlWurzelzuege;
     // A position whose side not to move stands in check cannot arise in a game: its
