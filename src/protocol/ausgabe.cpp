@@ -13,18 +13,6 @@ namespace {
 // A GUI may reject longer info lines; variations are cut at a whole move before this.
 constexpr size_t MaxZeilenLaenge = 1000;
 
-// Appends " move" for each move while the line stays below the limit.
-void HaengeZuegeAn(std::string& zeile, const Stellung_t& st, const Zug_t* zuege, int anzahl) {
-    char text[8];
-    for (int i = 0; i < anzahl; ++i) {
-        ZugText(st, zuege[i], text);
-        const size_t n = std::strlen(text);
-        if (zeile.size() + 1 + n >= MaxZeilenLaenge) break;
-        zeile += ' ';
-        zeile += text;
-    }
-}
-
 // Time as the GUI sees it: never 0, so the rates below stay finite.
 int64_t AnzeigeZeit(int64_t zeitMs) { return std::max<int64_t>(zeitMs, 1); }
 
@@ -44,6 +32,17 @@ int Centibauern(int wert) {
 }
 
 }  // namespace
+
+void HaengeZuegeAn(std::string& zeile, const Stellung_t& st, const Zug_t* zuege, int anzahl) {
+    char text[8];
+    for (int i = 0; i < anzahl; ++i) {
+        ZugText(st, zuege[i], text);
+        const size_t n = std::strlen(text);
+        if (zeile.size() + 1 + n >= MaxZeilenLaenge) break;
+        zeile += ' ';
+        zeile += text;
+    }
+}
 
 void QuetscheLeerzeichen(std::string& text) {
     const auto ende = std::unique(text.begin(), text.end(), [](char a, char b) { return a == ' ' && b == ' '; });
@@ -216,49 +215,4 @@ void TestAusgabe_t::variante(const Stellung_t&, const Zug_t* zuege, int anzahl, 
                              uint64_t, int, int64_t, bool) {
     wert = w;
     ersterZug = anzahl > 0 ? zuege[0] : 0;
-}
-
-// ---------------------------------------------------------------- XBoardAusgabe_t
-
-XBoardAusgabe_t::XBoardAusgabe_t(Zeitkontrolle_t* zk, std::ostream& a) : Ausgabe_t(a), zeitkontrolle(zk) {}
-
-bool XBoardAusgabe_t::stumm() const { return optionen != nullptr && optionen->NoOutput(); }
-
-void XBoardAusgabe_t::fehler(const char* meldung, const char* argument) {
-    zeile(std::string("Error (") + (meldung != nullptr ? meldung : "") +
-          "): " + (argument != nullptr ? argument : "internal error"));
-}
-
-void XBoardAusgabe_t::warnung(const char* meldung, const char* argument) { fehler(meldung, argument); }
-
-void XBoardAusgabe_t::bestzug(const Stellung_t& st, Zug_t zug, Zug_t ponder) {
-    if (analyse || stumm()) return;
-    char text[8];
-    ZugText(st, zug, text);
-    // XBoard adapter hook: under the adapter's lock, its draw-offer check runs
-    // before the move is printed, and afterwards it is handed `zug` and `ponder`
-    // to update its game, detect the result and decide on resigning.
-    (void)ponder;
-    zeile(std::string("move ") + text);
-}
-
-void XBoardAusgabe_t::aktuellerZug(const Stellung_t& st, Zug_t zug, int nummer, int) {
-    zugNummer = nummer;
-    ZugText(st, zug, zugText);
-}
-
-void XBoardAusgabe_t::variante(const Stellung_t& st, const Zug_t* zuege, int anzahl, int wert, int, int, int tiefe,
-                               int, int64_t zeitMs, uint64_t knoten, int, int64_t, bool unterdruecken) {
-    // The adapter's draw and resign decisions read the score even when thinking is not shown.
-    letzterWert = wert;
-    if (!post || unterdruecken) return;
-    char puffer[96];
-    std::snprintf(puffer, sizeof puffer, "%d %d %.0f %.0f", tiefe, XBoardWert(wert),
-                  static_cast<double>(zeitMs / 10), static_cast<double>(knoten));
-    std::string text = puffer;
-    if (hinweis[0] != '\0') text += std::string(" (") + hinweis + ")";
-    QuetscheLeerzeichen(text);
-    HaengeZuegeAn(text, st, zuege, anzahl);
-    if (analyse && anzahl > 0) ZugText(st, zuege[0], hinweis);
-    zeile(text);
 }

@@ -17,7 +17,6 @@
 struct Option_t;
 class Optionen_t;
 struct Zeitkontrolle_t;
-class XBoardInterface_t;
 
 class Ausgabe_t {
 public:
@@ -60,6 +59,9 @@ std::string UciWertText(int wert, int alpha, int beta);
 
 // Mate scores as 32767 - plies, others in centipawns.
 int XBoardWert(int wert);
+
+// Appends " move" for each move while the line stays below 1000 characters.
+void HaengeZuegeAn(std::string& zeile, const Stellung_t& st, const Zug_t* zuege, int anzahl);
 
 class UciAusgabe_t : public Ausgabe_t {
 public:
@@ -113,27 +115,4 @@ public:
     int wert = 0;
 };
 
-class XBoardAusgabe_t : public Ausgabe_t {
-public:
-    explicit XBoardAusgabe_t(Zeitkontrolle_t* zeitkontrolle, std::ostream& aus = std::cout);
-
-    // Reads "NoOutput" only; the silent flag of the base is not consulted.
-    bool stumm() const override;
-    void fehler(const char* meldung, const char* argument) override;
-    void warnung(const char* meldung, const char* argument) override;
-    void bestzug(const Stellung_t& st, Zug_t zug, Zug_t ponder) override;
-    void aktuellerZug(const Stellung_t& st, Zug_t zug, int nummer, int hashvoll) override;
-    void variante(const Stellung_t& st, const Zug_t* zuege, int anzahl, int wert, int alpha, int beta, int tiefe,
-                  int selTiefe, int64_t zeitMs, uint64_t knoten, int hashvoll, int64_t bitbaseTreffer,
-                  bool unterdruecken) override;
-
-    const Optionen_t* optionen = nullptr;  // the interpreter's option set, given after construction
-    XBoardInterface_t* xboard = nullptr;   // back-pointer to the adapter, given after construction
-    Zeitkontrolle_t* zeitkontrolle;
-    uint8_t post = 0;      // thinking output on ("post") or off ("nopost")
-    uint8_t analyse = 0;   // analyse mode: no "move" lines, the first variation move becomes the hint
-    int zugNummer = 0;     // root move now searched, for "stat01"
-    char zugText[8] = {};
-    int letzterWert = 500000;  // 500000 means "no score yet"
-    char hinweis[8] = {};
-};
+// XBoardAusgabe_t, the XBoard output, lives in protocol/xboard_ausgabe.h.

@@ -16,6 +16,8 @@
 #include "protocol/optionen.h"
 #include "protocol/suchwerkzeuge.h"
 #include "protocol/uci.h"
+#include "protocol/xboard.h"
+#include "protocol/xboard_ausgabe.h"
 #include "search/endspiel.h"
 #include "search/suche.h"
 #include "search/suche_zufall.h"
@@ -88,6 +90,7 @@ int Programm(int argc, char** argv, std::istream& ein, std::ostream& aus, std::o
     std::unique_ptr<Zeitkontrolle_t> zeitkontrolle;
     std::unique_ptr<Ausgabe_t> ausgabe;
     std::unique_ptr<UciInterface_t> uci;
+    std::unique_ptr<XBoardInterface_t> xboard;  // in front of `uci` under XBoard
     Eingabe_t* eingabe = nullptr;  // where the lines go once a protocol is chosen
     bool gewaehlt = false;
 
@@ -128,11 +131,13 @@ int Programm(int argc, char** argv, std::istream& ein, std::ostream& aus, std::o
             ausgabe.reset(xboardAusgabe);
             if (xboardAusgabe != nullptr) {
                 uci.reset(new (std::nothrow) UciInterface_t(tabelle, zeitkontrolle.get(), xboardAusgabe, sucher.get()));
-                if (uci != nullptr) xboardAusgabe->optionen = &uci->Optionen();
+                if (uci != nullptr) {
+                    xboardAusgabe->optionen = &uci->Optionen();
+                    xboard.reset(new (std::nothrow) XBoardInterface_t(uci.get(), &uci->Optionen(), xboardAusgabe));
+                    if (xboard != nullptr) xboardAusgabe->xboard = xboard.get();
+                }
             }
-            // (The XBoard adapter goes in front of the interpreter here and gets
-            // the back-pointer; until then the lines go straight to UCI.)
-            eingabe = uci.get();
+            eingabe = xboard.get();
             gewaehlt = true;
         } else {
             // The GUI may still choose with a later line.
@@ -146,11 +151,15 @@ int Programm(int argc, char** argv, std::istream& ein, std::ostream& aus, std::o
         // No "stop" can come any more: a pondering or infinite search would keep
         // "position" waiting for ever, so it is ended first.
         if (sucher != nullptr) sucher->Stop();
+        // The XBoard adapter's "quit" silences its output first: a GUI that has gone
+        // gets no error line for the "position" that follows.
+        if (xboard != nullptr) xboard->befehl("quit");
         eingabe->befehl("position startpos");
         eingabe->befehl("quit");
     }
 
     // Interpreter first, the objects it refers to after it.
+    xboard.reset();
     uci.reset();
     ausgabe.reset();
     sucher.reset();

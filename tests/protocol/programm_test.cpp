@@ -27,8 +27,9 @@ TEST(Programm, Skripte) {
          keinProtokoll + keinProtokoll + keinProtokoll},
         {{}, "uci \t\r\nisready  \r\nquit\r\n", Plus(Handshake, {"readyok"}), ""},
         {{}, "ucitest\nisready\nquit\n", {"readyok"}, ""},
-        {{}, "xboard\nposition fen bad\nposition startpos moves e2e5\nisready\nquit\n",
-         {"Error (position: Illegal FEN string: ): bad", "Error (position: illegal move: ): e2e5", "readyok"}, ""},
+        // XBoard speaks through the adapter: UCI words are unknown commands there.
+        {{}, "xboard\nposition fen bad\nusermove e2e5\nping 1\nquit\nping 2\n",
+         {"Error (unknown command): position fen bad", "Illegal move: e2e5", "pong 1"}, ""},
         {{}, "uci\nquit\nisready\nperft depth 1\n", Handshake, ""},
         // Unknown words are ignored; the input ends without "quit".
         {{}, "uci\nfoo bar\nISREADY\nisready_now\nuci\nucinewgame\nsetoption name X value 1\nposition startpos\nisready",
