@@ -10,6 +10,8 @@
 
 #include <unistd.h>
 
+#include "bitbase/erklaeren.h"
+#include "bitbase/werkzeug.h"
 #include "board/tabellen.h"
 #include "book/buchbefehl.h"
 #include "protocol/ausgabe.h"
@@ -59,6 +61,8 @@ int Programm(int argc, char** argv, std::istream& ein, std::ostream& aus, std::o
     });
 
     // Tool switches come first: they run their tool and end the program.
+    if (const int status = BitbaseWerkzeug(argc, argv, aus); status >= 0) return status;
+    if (argc == 3 && std::strcmp(argv[1], "--ExplainBitbase") == 0) return ErklaereBitbase(argv[2]);
     if (argc == 3 && std::strcmp(argv[1], "--Testpos") == 0) return Testpos(argv[2], aus);
     if (argc >= 2 && std::strcmp(argv[1], "--book") == 0) return BuchWerkzeug(argc, argv, aus);
     if (argc == 4 && std::strcmp(argv[1], "--CSVN") == 0) return Csvn(argv[2], argv[3], aus);

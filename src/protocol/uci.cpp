@@ -7,6 +7,7 @@
 #include <cstring>
 #include <string>
 
+#include "bitbase/werkzeug.h"
 #include "board/perft.h"
 #include "board/zug.h"
 #include "board/zuggenerator.h"
@@ -57,6 +58,7 @@ const UciInterface_t::Befehl_t UciInterface_t::Befehle[] = {
     {"perft", &UciInterface_t::Perft},
     {"book", &UciInterface_t::Buch},
     {"time", &UciInterface_t::Zeit},
+    {"bitbase", &UciInterface_t::BitbaseAbfrage},
     {nullptr, nullptr},
 };
 
@@ -305,4 +307,10 @@ void UciInterface_t::Buch(const char*, const char* rest) {
     BuchBefehl(buch, rest, [this](const std::string& text) {
         if (ausgabe != nullptr) ausgabe->zeile(text);
     });
+}
+
+void UciInterface_t::BitbaseAbfrage(const char*, const char* rest) {
+    BitbaseBefehl(
+        rest, optionen, [this](const std::string& text) { if (ausgabe != nullptr) ausgabe->zeile(text); },
+        [this](const char* meldung, const char* argument) { if (ausgabe != nullptr) ausgabe->fehler(meldung, argument); });
 }

@@ -65,6 +65,7 @@ private:
     void Perft(const char* zeile, const char* rest);
     void Buch(const char* zeile, const char* rest);
     void Zeit(const char* zeile, const char* rest);
+    void BitbaseAbfrage(const char* zeile, const char* rest);
 
     // Standard start position as the base of the history.
     void Startstellung();
