@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "bitbase/werkzeug.h"
 #include "board/zuggenerator.h"
 #include "search/endspiel.h"
 #include "search/material.h"
@@ -78,6 +79,16 @@ int Suche_t::StatischeBewertung(Suchrahmen_t* r) {
     return wert;
 }
 
+bool Suche_t::BitbaseAbfrage(bool nurImCache, int& ergebnis) {
+    if (bitbaseCache->Groesse() == 0 || stellung.rochaden != 0) return false;
+    const int maenner = stellung.seite[Weiss].anzahl[0] + stellung.seite[Schwarz].anzahl[0];
+    if (maenner > 6 || maenner > haupt->gemeinsamerCache->MaxSteine()) return false;
+    BitbaseSteine_t steine;
+    BitbaseSteineVon(stellung, steine);
+    return bitbaseCache->Abfrage(steine.weissTypen, steine.schwarzTypen, steine.weissFelder, steine.schwarzFelder,
+                                 static_cast<int>(stellung.amZug), stellung.ep, nurImCache, ergebnis);
+}
+
 void Suche_t::MacheZug(Suchrahmen_t* kind, uint32_t zug, Sicherung_t& s) {
     s.irreversibel = letzteIrreversibel;
     s.fuenfzig = fuenfzigBasis;
@@ -139,6 +150,27 @@ int Suche_t::Suche(int alpha, int beta, Suchrahmen_t* r, int tiefe, int nonPv) {
     }
 
     if (Gestoppt()) return 0;
+
+    // Bitbases: probed where the material or the castling rights just changed, or
+    // below a node that had a verdict (whose children must keep it).
+    if (stellung.rochaden == 0) {
+        const int schwelle = nonPv >= 2 ? 12 : 4 * nonPv + 4;
+        int ergebnis;
+        if (tiefe >= schwelle && (vor->bitbaseGefunden || r->geschlagen || Art(vorzug) == Rochade) &&
+            BitbaseAbfrage(tiefe < schwelle + 6, ergebnis)) {
+            r->bitbaseGefunden = true;
+            r->bitbaseErgebnis = ergebnis;
+            const int wirGewinnen = stellung.amZug == Weiss ? ergebnis : -ergebnis;
+            if (vor->bitbaseGefunden && vor->bitbaseErgebnis != ergebnis) return wirGewinnen * MattGrenze;
+            if (!(vor->bitbaseGefunden && vor->bitbaseErgebnis == ergebnis)) {
+                if (wirGewinnen < 0 && alpha >= -MattGrenze + 1) return alpha;
+                if (wirGewinnen > 0 && beta < MattGrenze) return beta;
+                if (wirGewinnen == 0 && !(alpha < 1 && beta >= 0)) return 0;
+                // A known result steers the search: won lines score above, lost below.
+                r->wertVersatz = wirGewinnen * 1500;
+            }
+        }
+    }
 
     const unsigned wir = stellung.amZug;
     const unsigned sie = wir ^ 1;

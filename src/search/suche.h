@@ -8,6 +8,7 @@
 #include <semaphore>
 #include <vector>
 
+#include "bitbase/bitbasecache.h"
 #include "search/bewertung.h"
 #include "search/hashtabelle.h"
 #include "search/suchrahmen.h"
@@ -44,8 +45,13 @@ public:
     Hashtabelle_t& Tabelle() { return tabelle; }
     // Search threads, this one included (1 to 32); made and ended between searches.
     void SetzeThreads(int anzahl);
+    void RichteBitbasesEin();
     int Threads() const { return 1 + static_cast<int>(weitere.size()); }
     uint64_t Teilungen() const { return teilungen.load(std::memory_order_relaxed); }
+    // Bitbase probes that gave a result in this search, all threads.
+    uint64_t TbTreffer() const {
+        return (bitbaseCache ? bitbaseCache->Treffer() : 0) + tbTrefferWeitere.load(std::memory_order_relaxed);
+    }
 
 protected:
     void Uebernehmen() override;
@@ -60,6 +66,9 @@ private:
     int Ruhesuche(int alpha, int beta, Suchrahmen_t* r, int qtiefe, bool remisGeprueft = false);
     int Wurzelsuche(int tiefe, int vorherigerWert);
     int StatischeBewertung(Suchrahmen_t* r);
+    // The bitbases' verdict on the position (+1 White wins, -1 Black wins, 0 neither);
+    // false when no bitbase knows it. Only without castling rights and with few men.
+    bool BitbaseAbfrage(bool nurImCache, int& ergebnis);
     bool Remis() const;
     bool Gestoppt();
     // The main searcher's clock says stop (checked by it alone).
@@ -168,6 +177,14 @@ private:
     Zeitlog_t zeitlog;
 
     std::atomic<uint64_t> teilungen{0};  // split points made in this search, by all threads
+    // Bitbase blocks: one cache per thread, filled through the main searcher's
+    // shared cache, which reads the files.
+    std::unique_ptr<BitbaseCache_t> gemeinsamerCache;
+    std::unique_ptr<BitbaseCache_t> bitbaseCache;
+    std::atomic<uint64_t> tbTrefferWeitere{0};  // hits of the further searchers, added as they leave
+    uint64_t bitbaseMb = 0;
+    std::string bitbasePfad = ".";
+
     std::unique_ptr<Teilungspool_t> eigenerPool;
     std::vector<std::unique_ptr<Suche_t>> weitere;
 };

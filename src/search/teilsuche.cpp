@@ -89,6 +89,7 @@ Suche_t::Suche_t(Suche_t* h, int nummer)
       rahmen(std::make_unique<Suchrahmen_t[]>(AnzahlRahmen)),
       bauerncache(std::make_unique<Bauerncache_t>()),
       materialcache(std::make_unique<Materialcache_t>()) {
+    bitbaseCache = std::make_unique<BitbaseCache_t>(0, h->gemeinsamerCache.get());
     Starten();
 }
 
@@ -261,6 +262,7 @@ bool Suche_t::Mitarbeiten(Teilungspunkt_t* sp, int mindestPly, uint32_t besitzer
     }
     Teilungspunkt_t* const vorher = aktuellerTp;
     const uint64_t knotenVorher = knoten;
+    const uint32_t trefferVorher = bitbaseCache->Treffer();
     const int selVorher = selTiefe;
     aktuellerTp = sp;
     selTiefe = 0;
@@ -277,6 +279,10 @@ bool Suche_t::Mitarbeiten(Teilungspunkt_t* sp, int mindestPly, uint32_t besitzer
     }
     knoten = knotenVorher;
     selTiefe = selVorher;
+    if (haupt != this) {
+        haupt->tbTrefferWeitere.fetch_add(bitbaseCache->Treffer() - trefferVorher, std::memory_order_relaxed);
+        bitbaseCache->SetzeTreffer(trefferVorher);
+    }
     return true;
 }
 

@@ -30,7 +30,9 @@ bool WurzelVor(const Wurzelzug_t& x, const Wurzelzug_t& y) {
 Suche_t::Suche_t()
     : rahmen(std::make_unique<Suchrahmen_t[]>(AnzahlRahmen)),
       bauerncache(std::make_unique<Bauerncache_t>()),
-      materialcache(std::make_unique<Materialcache_t>()) {
+      materialcache(std::make_unique<Materialcache_t>()),
+      gemeinsamerCache(std::make_unique<BitbaseCache_t>(0)),
+      bitbaseCache(std::make_unique<BitbaseCache_t>(0, gemeinsamerCache.get())) {
     tabelle.resize(hashMb * Megabyte);
     Starten();
 }
@@ -58,6 +60,15 @@ void Suche_t::Uebernehmen() {
     logName = o->Text(o->Index("TimeLogfile"));
     const int threads = o->Index("NumberOfProcessors");
     if (threads >= 0) SetzeThreads(o->Zahl(threads));
+    const int mb = o->Index("BitbaseCache");
+    const int pfad = o->Index("BitbasePath");
+    if (mb >= 0) bitbaseMb = static_cast<uint64_t>(std::max(0, o->Zahl(mb)));
+    if (pfad >= 0) {
+        const std::string neu = o->Text(pfad);
+        if (neu != bitbasePfad) gemeinsamerCache->SetzeGroesse(0);  // files looked for afresh
+        bitbasePfad = neu;
+    }
+    RichteBitbasesEin();
 
     // The book is read here, on the caller's thread, like the options.
     buchzug = 0;
@@ -68,6 +79,21 @@ void Suche_t::Uebernehmen() {
                      auftrag->anzahlWurzelzuege))
             buchzug = 0;
     }
+}
+
+// Sizes every thread's bitbase cache and the shared one from the option and the
+// thread count. The threads are idle here: the caches are theirs to touch.
+void Suche_t::RichteBitbasesEin() {
+    const BitbaseCacheGroessen_t g = BitbaseCacheGroessen(bitbaseMb, Threads());
+    gemeinsamerCache->SetzePfad(bitbasePfad);
+    gemeinsamerCache->SetzeGroesse(g.gemeinsam);
+    bitbaseCache->SetzeGroesse(g.jeThread);
+    bitbaseCache->SetzeTreffer(0);
+    for (auto& w : weitere) {
+        w->bitbaseCache->SetzeGroesse(g.jeThread);
+        w->bitbaseCache->SetzeTreffer(0);
+    }
+    tbTrefferWeitere.store(0, std::memory_order_relaxed);
 }
 
 void Suche_t::ponderhit() {
@@ -129,7 +155,7 @@ void Suche_t::MeldeVariante(uint32_t zug, int wert, int alpha, int beta, int tie
     Zug_t pv[64];
     const int n = Hauptvariante(zug, pv, 64);
     ausgabe->variante(stellung, pv, n, wert, alpha, beta, tiefenindex, std::max(selTiefe, tiefenindex + 1),
-                      zeit != nullptr ? zeit->verstrichen() : 0, knoten, tabelle.hashfull(), 0, unterdruecken);
+                      zeit != nullptr ? zeit->verstrichen() : 0, knoten, tabelle.hashfull(), static_cast<int64_t>(TbTreffer()), unterdruecken);
 }
 
 int Suche_t::Wurzelsuche(int tiefe, int vorher) {
@@ -156,6 +182,11 @@ int Suche_t::Wurzelsuche(int tiefe, int vorher) {
 
     const bool imSchach = ImSchach(stellung, r->daten);
     r->eval = imSchach ? 0 : StatischeBewertung(r);
+    // The root's bitbase verdict: the children compare theirs with it.
+    int ergebnis = 0;
+    r->bitbaseGefunden = BitbaseAbfrage(false, ergebnis);
+    r->bitbaseErgebnis = ergebnis;
+    r->wertVersatz = 0;
 
     int alpha = -Matt, beta = Matt;
     if (tiefe >= 3 && multiPv == 1) {
@@ -326,7 +357,7 @@ void Suche_t::suchen() {
 
         const int64_t ms = zeit != nullptr ? zeit->verstrichen() : 0;
         if (i >= 1 && (ms > 2000 || unendlich || (ausgabe != nullptr && ausgabe->zweitesFlag)) && ausgabe != nullptr)
-            ausgabe->statistik(i, selTiefe, ms, knoten, tabelle.hashfull(), 0);
+            ausgabe->statistik(i, selTiefe, ms, knoten, tabelle.hashfull(), static_cast<int64_t>(TbTreffer()));
         if (multiPv > 1 && ausgabe != nullptr) {
             for (int k = 0; k < std::min(multiPv, anzahlWurzel); ++k) {
                 if (wurzel[k].schranke != SchrankeExakt) break;
