@@ -125,6 +125,7 @@ private:
     // The owner, its own moves done: help its workers until the last has left.
     void WarteAufArbeiter(Teilungspunkt_t* sp);
     void DienerKoerper();
+    bool SucheArbeit();
     // A quiet move that cut: its history grows with the depth.
     void LobeZug(uint32_t zug, int tiefe);
 

@@ -48,6 +48,7 @@ Teilungspunkt_t* Teilungspool_t::Nehmen(int tiefe) {
     std::lock_guard<std::mutex> s(wahl->sperre);
     wahl->fertig.store(false, std::memory_order_relaxed);
     wahl->abbruch.store(false, std::memory_order_relaxed);
+    wahl->erschoepft.store(false, std::memory_order_relaxed);
     wahl->arbeiter.store(0, std::memory_order_relaxed);  // nobody joins before the owner has filled it
     wahl->arbeiterMaske.store(0, std::memory_order_relaxed);
     wahl->tiefe.store(tiefe, std::memory_order_relaxed);
@@ -100,8 +101,28 @@ void Suche_t::Threadkoerper() {
         DienerKoerper();
 }
 
+// An idle searcher joins the split point with the most depth left that still
+// has moves and room; false when there is none.
+bool Suche_t::SucheArbeit() {
+    Teilungspunkt_t* wahl = nullptr;
+    int tiefe = -1;
+    for (Teilungspunkt_t& q : pool->punkte) {
+        if (q.fertig.load(std::memory_order_relaxed) || q.abbruch.load(std::memory_order_relaxed) ||
+            q.erschoepft.load(std::memory_order_relaxed))
+            continue;
+        const int n = q.arbeiter.load(std::memory_order_relaxed);
+        const int t = q.tiefe.load(std::memory_order_relaxed);
+        if (n > 0 && n < MaxArbeiter && t > tiefe) {
+            wahl = &q;
+            tiefe = t;
+        }
+    }
+    return wahl != nullptr && Mitarbeiten(wahl);
+}
+
 void Suche_t::DienerKoerper() {
     while (!terminieren.load(std::memory_order_relaxed)) {
+        if (SucheArbeit()) continue;
         pool->Anmelden(this);
         // A split point's moves are often gone within a fraction of a millisecond:
         // look for the wake-up a little while before going to sleep on it.
@@ -113,7 +134,7 @@ void Suche_t::DienerKoerper() {
         if (!geweckt) angebotSemaphor.acquire();
         if (terminieren.load(std::memory_order_relaxed)) break;
         Teilungspunkt_t* sp = angebot.exchange(nullptr, std::memory_order_relaxed);
-        if (sp != nullptr) Mitarbeiten(sp);
+        if (sp != nullptr && !Mitarbeiten(sp)) SucheArbeit();
     }
 }
 
@@ -202,7 +223,10 @@ void Suche_t::Teilsuche(Teilungspunkt_t* sp, Suchrahmen_t* r) {
             // the taker's history, on the taker's copy of the same position.
             while ((zug = NaechsterZug(sp->rahmen)) != 0)
                 if (ZugMachenLegal(stellung, static_cast<Zug_t>(zug), r->daten, kind->daten, kind->rueck)) break;
-            if (zug == 0) return;
+            if (zug == 0) {
+                sp->erschoepft.store(true, std::memory_order_relaxed);
+                return;
+            }
             r->zug = static_cast<Zug_t>(zug);
             geschlagen = kind->rueck.geschlagenTyp ? kind->rueck.geschlagenTyp : (Art(zug) == EnPassant ? 1u : 0u);
             ++sp->zuegeGemacht;

@@ -37,6 +37,7 @@ struct Teilungspunkt_t {
     // Read without the lock by the pool's choice and by the abort test.
     std::atomic<bool> fertig{true};  // free to be taken
     std::atomic<bool> abbruch{false};
+    std::atomic<bool> erschoepft{false};  // its move picker has given the last move
     std::atomic<int> arbeiter{0};    // searchers inside its move loop
     std::atomic<int> tiefe{0};
     std::atomic<int> ply{0};

@@ -326,6 +326,8 @@ void Suche_t::suchen() {
     tabelle.nextGeneration();
     for (auto& zeile : historie)
         for (int32_t& h : zeile) h /= 4;
+    // The further searchers start from the same move ordering (they are idle now).
+    for (auto& w : weitere) std::copy(&historie[0][0], &historie[0][0] + 16 * 64, &w->historie[0][0]);
     // The first iteration (one ply and the captures) always runs to its end, so even a
     // clock already run out gets a searched move rather than the first one generated.
     zeitPruefen = false;
