@@ -116,6 +116,7 @@ Zug_t Werkzeugsuche_t::Stoppe() {
 }
 
 uint64_t Werkzeugsuche_t::Teilungen() const { return suche->Teilungen(); }
+uint64_t Werkzeugsuche_t::TbTreffer() const { return suche->TbTreffer(); }
 
 void Werkzeugsuche_t::Starte(const Stellung_t& st, int tiefe, int64_t millisekunden, int matt, int64_t knoten) {
     Stellung_t kopie = st;

@@ -27,6 +27,8 @@ public:
     Zug_t Stoppe();
     // Split points the last search made (0 on one thread).
     uint64_t Teilungen() const;
+    // Bitbase probes with a result in the last search.
+    uint64_t TbTreffer() const;
     int Wert() const { return ausgabe.wert; }
     uint64_t Knoten() const;
     // Clears the table at the next search.

@@ -45,7 +45,7 @@ public:
     Hashtabelle_t& Tabelle() { return tabelle; }
     // Search threads, this one included (1 to 32); made and ended between searches.
     void SetzeThreads(int anzahl);
-    void RichteBitbasesEin();
+    void RichteBitbasesEin(bool neuerPfad);
     int Threads() const { return 1 + static_cast<int>(weitere.size()); }
     uint64_t Teilungen() const { return teilungen.load(std::memory_order_relaxed); }
     // Bitbase probes that gave a result in this search, all threads.

@@ -63,12 +63,12 @@ void Suche_t::Uebernehmen() {
     const int mb = o->Index("BitbaseCache");
     const int pfad = o->Index("BitbasePath");
     if (mb >= 0) bitbaseMb = static_cast<uint64_t>(std::max(0, o->Zahl(mb)));
+    bool neuerPfad = false;
     if (pfad >= 0) {
-        const std::string neu = o->Text(pfad);
-        if (neu != bitbasePfad) gemeinsamerCache->SetzeGroesse(0);  // files looked for afresh
-        bitbasePfad = neu;
+        neuerPfad = o->Text(pfad) != bitbasePfad;
+        bitbasePfad = o->Text(pfad);
     }
-    RichteBitbasesEin();
+    RichteBitbasesEin(neuerPfad);
 
     // The book is read here, on the caller's thread, like the options.
     buchzug = 0;
@@ -83,8 +83,14 @@ void Suche_t::Uebernehmen() {
 
 // Sizes every thread's bitbase cache and the shared one from the option and the
 // thread count. The threads are idle here: the caches are theirs to touch.
-void Suche_t::RichteBitbasesEin() {
+void Suche_t::RichteBitbasesEin(bool neuerPfad) {
     const BitbaseCacheGroessen_t g = BitbaseCacheGroessen(bitbaseMb, Threads());
+    if (neuerPfad) {
+        // Blocks of the old files go, and missing files are looked for afresh.
+        gemeinsamerCache->SetzeGroesse(0);
+        bitbaseCache->SetzeGroesse(0);
+        for (auto& w : weitere) w->bitbaseCache->SetzeGroesse(0);
+    }
     gemeinsamerCache->SetzePfad(bitbasePfad);
     gemeinsamerCache->SetzeGroesse(g.gemeinsam);
     bitbaseCache->SetzeGroesse(g.jeThread);
