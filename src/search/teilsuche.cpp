@@ -296,6 +296,8 @@ bool Suche_t::Mitarbeiten(Teilungspunkt_t* sp, int mindestPly, uint32_t besitzer
         std::lock_guard<std::mutex> l(sp->sperre);
         sp->knoten += knoten - knotenVorher;
         sp->selTiefe = std::max(sp->selTiefe, selTiefe);
+        if (haupt != this)
+            haupt->tbTrefferWeitere.fetch_add(bitbaseCache->Treffer() - trefferVorher, std::memory_order_relaxed);
         // The owner leaves first and waits; the last worker out wakes it.
         const int rest = sp->arbeiter.load(std::memory_order_relaxed) - 1;
         sp->arbeiter.store(rest, std::memory_order_relaxed);
@@ -303,10 +305,6 @@ bool Suche_t::Mitarbeiten(Teilungspunkt_t* sp, int mindestPly, uint32_t besitzer
     }
     knoten = knotenVorher;
     selTiefe = selVorher;
-    if (haupt != this) {
-        haupt->tbTrefferWeitere.fetch_add(bitbaseCache->Treffer() - trefferVorher, std::memory_order_relaxed);
-        bitbaseCache->SetzeTreffer(trefferVorher);
-    }
     return true;
 }
 
