@@ -83,21 +83,25 @@ Importstatistik_t PgnHinzufuegen(Buch_t& buch, const std::string& datei, uint32_
     return statistik;
 }
 
+size_t LeseEpdStellung(const std::string& zeile, Stellung_t& st, Stellungsdaten_t& daten) {
+    size_t pos = 0;
+    for (int feld = 0; feld < 4; ++feld) {
+        while (pos < zeile.size() && zeile[pos] == ' ') ++pos;
+        while (pos < zeile.size() && zeile[pos] != ' ') ++pos;
+    }
+    return SetzeStellung(st, daten, zeile.substr(0, pos).c_str()) ? pos : 0;
+}
+
 uint64_t StellungenHinzufuegen(Buch_t& buch, const std::string& datei, uint32_t wert) {
     std::ifstream ein(datei);
     if (!ein || buch.gesperrt) return 0;
     uint64_t hinzu = 0;
     std::string zeile;
     while (std::getline(ein, zeile)) {
-        // Four FEN fields, then the operations.
-        size_t pos = 0;
-        for (int feld = 0; feld < 4; ++feld) {
-            while (pos < zeile.size() && zeile[pos] == ' ') ++pos;
-            while (pos < zeile.size() && zeile[pos] != ' ') ++pos;
-        }
         Stellung_t st;
         Stellungsdaten_t daten;
-        if (!SetzeStellung(st, daten, zeile.substr(0, pos).c_str())) continue;
+        const size_t pos = LeseEpdStellung(zeile, st, daten);
+        if (pos == 0) continue;
         const size_t bm = zeile.find(" bm ", pos);
         if (bm == std::string::npos) continue;
         const size_t ende = std::min(zeile.find(';', bm), zeile.size());

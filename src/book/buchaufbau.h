@@ -49,3 +49,7 @@ bool StellungenSchreiben(const std::string& pgn, const std::string& aus, const M
 
 // The first four FEN fields of a position.
 std::string EpdText(const Stellung_t& st);
+
+// Reads the position of an EPD line (its first four fields); returns where the
+// operations begin, or 0 when the position cannot be read.
+size_t LeseEpdStellung(const std::string& zeile, Stellung_t& st, Stellungsdaten_t& daten);

@@ -88,14 +88,9 @@ bool StellungenBerechnen(const std::string& eingabe, const std::string& ausgabe,
     std::unique_ptr<Werkzeugsuche_t> werkzeug;
     std::string zeile;
     while (std::getline(ein, zeile)) {
-        size_t pos = 0;
-        for (int feld = 0; feld < 4; ++feld) {
-            while (pos < zeile.size() && zeile[pos] == ' ') ++pos;
-            while (pos < zeile.size() && zeile[pos] != ' ') ++pos;
-        }
         Stellung_t st;
         Stellungsdaten_t daten;
-        if (!SetzeStellung(st, daten, zeile.substr(0, pos).c_str())) continue;
+        if (LeseEpdStellung(zeile, st, daten) == 0) continue;
         if (ZaehleLegaleZuege(st, daten) == 0) continue;  // mate or stalemate: nothing to choose
 
         Zug_t zug = 0;

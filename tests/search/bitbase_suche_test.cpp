@@ -8,15 +8,11 @@
 #include "board/zugmachen.h"
 #include "protocol/suchwerkzeuge.h"
 #include "search/hashtabelle.h"
+#include "such_hilfe.h"
 
 namespace {
 
-Stellung_t Fen(const char* fen) {
-    Stellung_t st;
-    Stellungsdaten_t daten;
-    EXPECT_TRUE(SetzeStellung(st, daten, fen)) << fen;
-    return st;
-}
+using such_test::Fen;
 
 void Bitbasen(Werkzeugsuche_t& suche, int mb, const std::string& pfad) {
     suche.Setze(("setoption name BitbaseCache value " + std::to_string(mb)).c_str());

@@ -11,15 +11,11 @@
 #include "board/zugmachen.h"
 #include "protocol/suchwerkzeuge.h"
 #include "search/hashtabelle.h"
+#include "such_hilfe.h"
 
 namespace {
 
-Stellung_t Fen(const char* fen) {
-    Stellung_t st;
-    Stellungsdaten_t daten;
-    EXPECT_TRUE(SetzeStellung(st, daten, fen)) << fen;
-    return st;
-}
+using such_test::Fen;
 
 bool Legal(const Stellung_t& st, Zug_t zug) {
     Stellung_t kopie = st;

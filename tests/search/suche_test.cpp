@@ -7,15 +7,11 @@
 #include "board/zugmachen.h"
 #include "protocol/suchwerkzeuge.h"
 #include "search/hashtabelle.h"
+#include "such_hilfe.h"
 
 namespace {
 
-Stellung_t Fen(const char* fen) {
-    Stellung_t st;
-    Stellungsdaten_t daten;
-    EXPECT_TRUE(SetzeStellung(st, daten, fen)) << fen;
-    return st;
-}
+using such_test::Fen;
 
 // A game from a FEN through coordinate moves, with its key history.
 Stellung_t Partie(const char* fen, std::initializer_list<const char*> zuege) {
