@@ -35,11 +35,6 @@ inline bool BauerVorUmwandlung(uint32_t zug) {
 
 constexpr Bitboard Ecken = Bit(0) | Bit(7) | Bit(56) | Bit(63);
 
-// The piece type a made move took, a pawn for en passant.
-inline unsigned GeschlagenerTyp(const Rueckzug_t& rueck, uint32_t zug) {
-    return rueck.geschlagenTyp ? rueck.geschlagenTyp : (Art(zug) == EnPassant ? 1u : 0u);
-}
-
 }  // namespace
 
 bool Suche_t::Gestoppt() {

@@ -22,6 +22,11 @@ enum Zugstufe : int32_t {
     StufeHashGegeben = 3,  // hash move given, take the next
 };
 
+// The piece type a made move took, a pawn for en passant.
+inline unsigned GeschlagenerTyp(const Rueckzug_t& rueck, uint32_t zug) {
+    return rueck.geschlagenTyp ? rueck.geschlagenTyp : (Art(zug) == EnPassant ? 1u : 0u);
+}
+
 struct Suchrahmen_t {
     int32_t ply;
     Zug_t zug;        // the move being searched from this node

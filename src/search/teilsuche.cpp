@@ -160,7 +160,6 @@ bool Suche_t::Teilen(Suchrahmen_t* r, const Knotenlage_t& lage, int& a, int beta
     Teilungspunkt_t* const eltern = aktuellerTp;
     {
         std::lock_guard<std::mutex> l(sp->sperre);
-        sp->besitzer = this;
         sp->rahmen = r;
         sp->eltern = eltern;
         sp->lage = lage;
@@ -228,7 +227,7 @@ void Suche_t::Teilsuche(Teilungspunkt_t* sp, Suchrahmen_t* r) {
                 return;
             }
             r->zug = static_cast<Zug_t>(zug);
-            geschlagen = kind->rueck.geschlagenTyp ? kind->rueck.geschlagenTyp : (Art(zug) == EnPassant ? 1u : 0u);
+            geschlagen = GeschlagenerTyp(kind->rueck, zug);
             ++sp->zuegeGemacht;
             if (geschlagen) ++sp->schlaegeGemacht;
             const Suchrahmen_t* const o = sp->rahmen;

@@ -41,11 +41,10 @@ struct Teilungspunkt_t {
     std::atomic<int> arbeiter{0};    // searchers inside its move loop
     std::atomic<int> tiefe{0};
     std::atomic<int> ply{0};
-    std::atomic<int> besitzerId{0};
+    std::atomic<int> besitzerId{0};  // the owner, by searcher id
     std::atomic<uint32_t> arbeiterMaske{0};  // every searcher that joined, by id
 
     // Guarded by the lock.
-    Suche_t* besitzer = nullptr;
     Suchrahmen_t* rahmen = nullptr;  // the owner's frame: its move picker is shared
     Teilungspunkt_t* eltern = nullptr;
     Knotenlage_t lage{};
