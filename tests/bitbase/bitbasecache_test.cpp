@@ -221,7 +221,7 @@ TEST(BitbaseCache, LaengenUndKaputteDateien) {
         Bitbasedatei d(20);
         Bytes daten = block;
         if (f.extra > 0) daten.insert(daten.end(), static_cast<size_t>(f.extra), 0xEE);
-        if (f.extra < 0) daten.resize(daten.size() - 1);
+        if (f.extra < 0) daten.pop_back();
         d.Daten(5, daten, f.l);
         SchreibeDatei(name, d.Alles());
         c.SetzeGroesse(c.Groesse() + 1);  // drop the cached blocks
