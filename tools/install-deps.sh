@@ -1,7 +1,9 @@
 #!/usr/bin/env bash
 # Installs what the build and the tests need from Debian's packages, when it is missing.
+# Other tools pass their own package names: tools/install-deps.sh xboard xvfb
 set -euo pipefail
 needed=(g++ make cmake libgtest-dev)
+[ $# -gt 0 ] && needed=("$@")
 missing=()
 for p in "${needed[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")

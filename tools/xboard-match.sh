@@ -54,18 +54,7 @@ case $opponent in fairymax|phalanx) ;; *) echo "opponent must be fairymax or pha
 
 if [ -z "$check_only" ]; then
 # ---------------------------------------------------------------- what it needs
-needed=(xboard xvfb xauth python3 "$opponent")
-missing=()
-for p in "${needed[@]}"; do
-    dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")
-done
-if [ ${#missing[@]} -gt 0 ]; then
-    echo "installing: ${missing[*]}" >&2
-    sudo_cmd=""
-    [ "$(id -u)" -ne 0 ] && sudo_cmd="sudo"
-    $sudo_cmd apt-get update -qq >&2
-    DEBIAN_FRONTEND=noninteractive $sudo_cmd apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2
-fi
+"$(dirname "$0")/install-deps.sh" xboard xvfb xauth python3 "$opponent"
 export PATH="$PATH:/usr/games"
 
 if [ -z "$engine" ]; then
