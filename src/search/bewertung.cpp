@@ -155,11 +155,14 @@ inline Bitboard Koenigszone(unsigned seite, Feld k) {
     return z | (seite == Weiss ? z >> 8 : z << 8);
 }
 
+// The terms below are forced inline: each build of the evaluation (see the end
+// of the file) must count bits its own way, not call a shared generic copy.
+
 // Piece terms of side s in its own view: squares, mobility, outposts, files,
 // threats; and its attacks on the enemy king's zone for the king-safety term.
 template <unsigned s>
-int32_t Figurenterme(const Stellung_t& st, const Stellungsdaten_t& d, const Bauerneintrag_t& be,
-                     Koenigsangriff_t& ka) {
+[[gnu::always_inline]] inline int32_t Figurenterme(const Stellung_t& st, const Stellungsdaten_t& d,
+                                                  const Bauerneintrag_t& be, Koenigsangriff_t& ka) {
     constexpr unsigned g = s ^ 1;
     const Seite_t& wir = st.seite[s];
     const Seite_t& sie = st.seite[g];
@@ -265,7 +268,7 @@ int32_t Figurenterme(const Stellung_t& st, const Stellungsdaten_t& d, const Baue
 // ---- Board control ------------------------------------------------------------------
 
 template <unsigned s>
-int32_t Kontrolle(const Stellung_t& st, const Stellungsdaten_t& d) {
+[[gnu::always_inline]] inline int32_t Kontrolle(const Stellung_t& st, const Stellungsdaten_t& d) {
     const Seite_t& wir = st.seite[s];
     const Angriffe_t& unsere = d.angriffe[s ^ 1];
     const Angriffe_t& ihre = d.angriffe[s];
@@ -299,8 +302,8 @@ int Schild(const Stellung_t& st, Bauerneintrag_t& be) {
 
 // Safety of side s's king, mg, its own view: shelter minus the danger of the attack.
 template <unsigned s>
-int Koenigssicherheit(const Stellung_t& st, const Stellungsdaten_t& d, Bauerneintrag_t& be,
-                      const Koenigsangriff_t& ka) {
+[[gnu::always_inline]] inline int Koenigssicherheit(const Stellung_t& st, const Stellungsdaten_t& d,
+                                                   Bauerneintrag_t& be, const Koenigsangriff_t& ka) {
     constexpr unsigned g = s ^ 1;
     int w = Schild<s>(st, be);
     if (ka.anzahl < 2) return w;  // one attacker alone does not break through
@@ -328,8 +331,8 @@ int Koenigssicherheit(const Stellung_t& st, const Stellungsdaten_t& d, Bauernein
 
 // Side s's passer and king terms in its own view, added to mg and eg.
 template <unsigned s>
-void Freibauern(const Stellung_t& st, const Stellungsdaten_t& d, const Bauerneintrag_t& be, int faktor,
-                int& mg, int& eg) {
+[[gnu::always_inline]] inline void Freibauern(const Stellung_t& st, const Stellungsdaten_t& d,
+                                             const Bauerneintrag_t& be, int faktor, int& mg, int& eg) {
     constexpr unsigned g = s ^ 1;
     const Feld ek = st.seite[s].KoenigsFeld(), gk = st.seite[g].KoenigsFeld();
     const Angriffe_t& unsere = d.angriffe[g];

@@ -5,7 +5,10 @@ Plays short Stockfish self-play games from opening books, with a few random
 moves for variety, and writes "fen;score" lines (score in centipawns, side to
 move view) for positions that are not in check and whose best move is quiet.
 
-usage: erzeuge_daten.py OUT SECONDS [DEPTH] [SEED]
+usage: erzeuge_daten.py OUT SECONDS [DEPTH] [SEED] [KEEP]
+
+KEEP is the share of eligible positions written (default 0.35); neighbouring
+positions of a game are alike, so a low share spreads the data over more games.
 """
 import os
 import random
@@ -102,6 +105,7 @@ def main():
     aus, sekunden = sys.argv[1], float(sys.argv[2])
     tiefe = int(sys.argv[3]) if len(sys.argv) > 3 else 9
     rng = random.Random(int(sys.argv[4]) if len(sys.argv) > 4 else 1)
+    behalten = float(sys.argv[5]) if len(sys.argv) > 5 else 0.35
     eroeffnungen = []
     for b in BUECHER:
         with open(b) as f:
@@ -130,7 +134,7 @@ def main():
                     break
                 schluessel = " ".join(fen.split()[:4])
                 if (not schach and abs(wert) <= 2000 and ist_ruhig(fen, best)
-                        and schluessel not in gesehen and rng.random() < 0.35):
+                        and schluessel not in gesehen and rng.random() < behalten):
                     gesehen.add(schluessel)
                     out.write(f"{fen};{wert}\n")
                     n += 1
