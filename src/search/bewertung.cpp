@@ -26,6 +26,8 @@ constexpr Bitboard Raumzone[2] = {
     LinienCbisF & (ReihenMaske(2) | ReihenMaske(3) | ReihenMaske(4)),
     LinienCbisF & (ReihenMaske(7) | ReihenMaske(6) | ReihenMaske(5)),
 };
+constexpr Bitboard Damenfluegel = LinienMaske(0) | LinienMaske(1) | LinienMaske(2) | LinienMaske(3);
+constexpr Bitboard Koenigsfluegel = ~Damenfluegel;
 constexpr Bitboard Zentrum = (LinienMaske(3) | LinienMaske(4)) & (ReihenMaske(4) | ReihenMaske(5));
 
 // Squares at exactly distance d from a square, d = 0..7: the nearest man in a few steps.
@@ -374,6 +376,27 @@ template <unsigned s>
     }
 }
 
+// ---- Winning chances --------------------------------------------------------------------
+
+// Correction of the endgame half `eg` (White's view): its sign times
+// max(complexity, -|eg|), so an edge can fade to nothing but never flip.
+[[gnu::always_inline]] inline int Komplexitaet(const Stellung_t& st, const Bauerneintrag_t& be, int eg) {
+    if (eg == 0) return 0;
+    const Seite_t& w = st.seite[Weiss];
+    const Seite_t& s = st.seite[Schwarz];
+    const Bitboard bauern = w.brett[Bauer] | s.brett[Bauer];
+    const Feld wk = w.KoenigsFeld(), sk = s.KoenigsFeld();
+    const int linien = static_cast<int>(LinieVon(wk)) - static_cast<int>(LinieVon(sk));
+    const int reihen = static_cast<int>(wk >> 3) - static_cast<int>(sk >> 3);
+    const int umgehung = (linien < 0 ? -linien : linien) - (reihen < 0 ? -reihen : reihen);
+    const bool beideFluegel = (bauern & Damenfluegel) && (bauern & Koenigsfluegel);
+    const bool nurBauern = w.anzahl[0] == w.anzahl[Bauer] + 1 && s.anzahl[0] == s.anzahl[Bauer] + 1;
+    const int c = G::KomplexFreibauer * static_cast<int>(Bitzahl(be.freibauern[Weiss] | be.freibauern[Schwarz])) +
+                  G::KomplexBauer * static_cast<int>(Bitzahl(bauern)) + G::KomplexUmgehung * umgehung +
+                  G::KomplexBeideFluegel * beideFluegel + G::KomplexBauernendspiel * nurBauern + G::KomplexBasis;
+    return eg > 0 ? Max(c, -eg) : -Max(c, eg);
+}
+
 // ---- Final scaling -------------------------------------------------------------------
 
 int Skaliere(const Stellung_t& st, int r, const Materialeintrag_t& me) {
@@ -429,6 +452,7 @@ int Skaliere(const Stellung_t& st, int r, const Materialeintrag_t& me) {
         Freibauern<Weiss>(st, daten, be, me.passerFaktor[Weiss], mgW, egW);
         Freibauern<Schwarz>(st, daten, be, me.passerFaktor[Schwarz], mgS, egS);
         summe += S(mgW - mgS, egW - egS);
+        summe += Komplexitaet(st, be, EgWert(summe));
     }
     // 7: tempo.
     summe += (1 - 2 * static_cast<int>(st.amZug)) * G::Tempo;

@@ -24,14 +24,14 @@ namespace Gewichte {
 // ---- Material and phase -------------------------------------------------------------
 
 KELVARAN_GEWICHT int32_t Materialwert[7] = {
-    0, S(720, 1106), S(3356, 3425), S(3419, 3665), S(4805, 5581), S(9818, 10507), 0,
+    0, S(622, 988), S(3276, 3520), S(3486, 3622), S(4652, 5672), S(9834, 10619), 0,
 };
-KELVARAN_GEWICHT int32_t Laeuferpaar = S(321, 522);
-KELVARAN_GEWICHT int32_t TurmRedundanz = S(-185, -55);  // each rook beyond the first
-KELVARAN_GEWICHT int32_t DameRedundanz = S(-300, -200);  // each queen beyond the first
+KELVARAN_GEWICHT int32_t Laeuferpaar = S(207, 487);
+KELVARAN_GEWICHT int32_t TurmRedundanz = S(-252, -172);  // each rook beyond the first
+KELVARAN_GEWICHT int32_t DameRedundanz = S(-304, -204);  // each queen beyond the first
 // Plain values per piece and own pawn above five: knights like pawns, rooks open files.
-KELVARAN_GEWICHT int SpringerJeBauer = 34;
-KELVARAN_GEWICHT int TurmJeBauer = -57;
+KELVARAN_GEWICHT int SpringerJeBauer = 38;
+KELVARAN_GEWICHT int TurmJeBauer = -45;
 // Game phase: units per piece; the full set of pieces is PhaseVoll.
 KELVARAN_GEWICHT int Phaseneinheit[7] = {0, 0, 1, 1, 2, 4, 0};
 KELVARAN_GEWICHT int PhaseVoll = 24;
@@ -52,63 +52,63 @@ KELVARAN_GEWICHT int16_t FeldMg[7][32] = {
     {},
     {   // pawn (ranks 8 and 1 unused)
         0, 0, 0, 0,
-        7, -5, 4, 22,
-        74, 31, 88, 168,
-        65, 62, -3, 132,
-        -58, -28, 6, 55,
-        -115, -44, -11, 21,
-        -60, -16, -12, 65,
+        20, -68, -22, 38,
+        87, -53, 106, 158,
+        102, 60, 59, 183,
+        -19, -38, 38, 71,
+        -87, -126, -37, -51,
+        -72, -1, -10, 86,
         0, 0, 0, 0,
     },
     {   // knight
-        -517, -302, -253, -203,
-        -238, -115, 12, 51,
-        -163, 54, 132, 210,
-        -79, 42, 175, 230,
-        -40, 15, 93, 142,
-        -159, -78, -8, 202,
-        -275, -158, -93, -28,
-        -497, -201, -217, -120,
+        -575, -298, -263, -207,
+        -211, -120, 27, 61,
+        -179, 81, 110, 221,
+        18, 65, 127, 186,
+        -64, 61, 117, 96,
+        -163, -90, -21, 93,
+        -239, -160, -77, -47,
+        -501, -208, -190, -132,
     },
     {   // bishop
-        -167, -65, -93, -106,
-        -32, -11, 1, -29,
-        -9, 27, 52, 49,
-        -28, 57, 35, 86,
-        -32, -19, 74, -24,
-        -26, 66, 21, 61,
-        30, 41, 38, -24,
-        -132, -30, -63, -68,
+        -175, -78, -106, -121,
+        -31, -24, -8, -32,
+        29, 40, 71, 94,
+        -38, 41, 14, 83,
+        -13, -15, 25, 24,
+        -29, 82, 31, 11,
+        28, 75, 41, -26,
+        -63, -18, -92, -104,
     },
     {   // rook
-        63, 62, 88, 101,
-        36, 65, 102, 70,
-        -39, 15, 1, 106,
-        -49, 1, 13, 17,
-        -76, -20, 5, 16,
-        -138, -45, -35, 25,
-        -180, -42, -35, 40,
-        -102, -17, -4, 102,
+        74, 66, 91, 114,
+        19, 48, 118, 58,
+        -31, 59, 25, 113,
+        -46, 28, 15, 42,
+        -97, -12, 16, 35,
+        -179, -44, -50, 46,
+        -287, -106, -27, 19,
+        -169, -65, -26, 82,
     },
     {   // queen
-        -109, -51, -20, 10,
-        -61, -30, -1, 9,
-        -1, 20, -1, 35,
-        75, 22, -12, 55,
-        -33, -5, -22, 9,
-        -55, 9, -2, -98,
-        -39, -7, 10, 25,
-        -73, -55, -15, 17,
+        -94, -28, -7, 23,
+        -55, -65, -5, -16,
+        31, 51, -13, 46,
+        70, -12, -10, 37,
+        -24, -22, -23, -45,
+        -42, -15, -46, -28,
+        -27, -8, 56, 53,
+        -59, -33, -55, -1,
     },
     {   // king: behind the castled pawns is best, every step forward costs
-        -703, -701, -750, -803,
-        -600, -600, -645, -697,
-        -493, -498, -550, -599,
-        -397, -434, -500, -556,
-        -302, -335, -392, -453,
-        -153, -156, -234, -323,
-        50, 35, -47, -154,
-        218, 283, 95, -107,
+        -700, -700, -746, -798,
+        -597, -596, -633, -693,
+        -485, -482, -552, -597,
+        -401, -434, -500, -560,
+        -290, -332, -402, -487,
+        -141, -159, -241, -348,
+        69, 95, -78, -163,
+        257, 215, 79, -115,
     },
 };
 
@@ -116,63 +116,63 @@ KELVARAN_GEWICHT int16_t FeldEg[7][32] = {
     {},
     {   // pawn
         0, 0, 0, 0,
-        -24, 56, 10, 17,
-        75, 187, 71, 53,
-        -40, 201, 51, -77,
-        -75, 65, -94, -94,
-        -39, -53, 9, 72,
-        -47, 69, 9, -4,
+        4, 69, 81, 99,
+        112, 188, 92, 77,
+        15, 122, 54, -26,
+        -13, 59, -49, -73,
+        -47, 3, -3, 3,
+        2, 116, 93, 17,
         0, 0, 0, 0,
     },
     {   // knight
-        -415, -255, -200, -146,
-        -245, -108, -34, -3,
-        -192, -46, 63, 97,
-        -142, -28, 96, 138,
-        -159, -21, 75, 169,
-        -202, -70, -25, 93,
-        -214, -110, -51, -13,
-        -399, -255, -194, -124,
+        -427, -241, -196, -142,
+        -226, -108, -35, 9,
+        -202, -40, 28, 85,
+        -131, 27, 87, 165,
+        -105, -25, 63, 163,
+        -198, -61, -63, 23,
+        -170, -106, -100, -42,
+        -399, -238, -143, -92,
     },
     {   // bishop
-        -147, -84, -52, -34,
-        -65, -47, -3, -30,
-        -49, -24, 2, 24,
-        -47, 24, 41, 51,
-        -45, -74, 75, 20,
-        -80, 6, -9, 15,
-        -77, -89, -13, -36,
-        -111, -75, 12, -71,
+        -139, -87, -56, -42,
+        -76, -62, -39, -20,
+        -44, -19, 6, 0,
+        -66, 21, 43, 80,
+        -49, -84, 45, 25,
+        -74, 19, 22, 52,
+        -80, -110, -23, -15,
+        -76, -75, 11, -71,
     },
     {   // rook
-        63, 74, 75, 48,
-        15, 59, 72, 45,
-        45, 51, 4, 47,
-        52, 80, 40, 22,
-        -11, 27, 0, -7,
-        -21, -21, 1, -2,
-        -43, -20, -38, 18,
-        -64, -52, -5, -3,
+        59, 77, 83, 113,
+        0, 54, 70, 26,
+        91, 94, 20, 24,
+        75, 91, 77, 42,
+        -14, 66, 51, 15,
+        -39, -14, 64, 8,
+        -67, -77, -62, 13,
+        -49, -53, -12, -89,
     },
     {   // queen
-        -219, -120, -69, -35,
-        -120, -37, -22, 12,
-        -63, -8, 37, 67,
-        -28, 21, 36, 138,
-        -34, -15, 39, 88,
-        -88, -20, 19, 35,
-        -115, -71, -71, -27,
-        -205, -119, -83, -73,
+        -208, -95, -52, -12,
+        -101, -29, -26, 25,
+        -47, 13, 53, 80,
+        -22, 17, 51, 187,
+        -20, -6, 72, 96,
+        -87, -18, 26, 37,
+        -116, -91, -140, -86,
+        -203, -129, -97, -164,
     },
     {   // king: to the centre in the endgame
-        -427, -238, -190, -165,
-        -197, -30, 50, 74,
-        -104, 70, 186, 223,
-        -85, 184, 199, 236,
-        -149, 82, 156, 175,
-        -183, -33, 80, 5,
-        -346, -153, -73, 0,
-        -527, -395, -215, -240,
+        -429, -233, -172, -146,
+        -184, 41, 139, 119,
+        -56, 186, 214, 273,
+        -98, 205, 230, 214,
+        -124, 69, 91, 77,
+        -138, -27, -1, -16,
+        -265, -157, -99, -83,
+        -531, -373, -268, -304,
     },
 };
 
@@ -180,66 +180,66 @@ KELVARAN_GEWICHT int16_t FeldEg[7][32] = {
 // attacked by enemy pawns ----------------------------------------------------------------
 
 KELVARAN_GEWICHT int32_t SpringerMobilitaet[9] = {
-    S(-317, -348), S(-114, -254), S(-4, -92), S(17, 15), S(28, 39),
-    S(53, -2), S(41, 77), S(105, 105), S(130, 90),
+    S(-265, -351), S(-116, -245), S(-61, -42), S(-32, 39), S(2, 128),
+    S(36, 102), S(47, 63), S(105, 58), S(118, 54),
 };
 KELVARAN_GEWICHT int32_t LaeuferMobilitaet[14] = {
-    S(-144, -302), S(-122, -186), S(-31, -148), S(8, 38), S(54, 59), S(69, 88), S(72, 118),
-    S(117, 133), S(100, 136), S(123, 165), S(145, 181), S(149, 196), S(165, 220), S(176, 234),
+    S(-152, -289), S(-78, -187), S(-30, -102), S(20, 15), S(46, 112), S(66, 119), S(83, 111),
+    S(102, 108), S(123, 148), S(112, 141), S(159, 174), S(153, 156), S(161, 207), S(177, 216),
 };
 KELVARAN_GEWICHT int32_t TurmMobilitaet[15] = {
-    S(-163, -310), S(-88, -196), S(-85, -94), S(-65, -40), S(-76, 69),
-    S(-4, 107), S(7, 69), S(20, 199), S(96, 221), S(85, 268),
-    S(76, 243), S(125, 294), S(104, 359), S(136, 342), S(129, 322),
+    S(-181, -305), S(-113, -184), S(-80, -33), S(-58, 19), S(-66, 70),
+    S(-41, 129), S(8, 104), S(3, 171), S(32, 215), S(40, 274),
+    S(93, 255), S(122, 321), S(93, 340), S(139, 334), S(142, 367),
 };
 KELVARAN_GEWICHT int32_t DameMobilitaet[28] = {
-    S(-83, -250), S(-74, -180), S(-71, -130), S(-54, -93), S(-46, -54), S(-17, -34), S(-36, -8),
-    S(-15, 6), S(48, 45), S(50, 66), S(51, 94), S(86, 115), S(71, 126), S(77, 163),
-    S(55, 155), S(96, 190), S(56, 169), S(77, 185), S(110, 219), S(110, 225), S(108, 234),
-    S(112, 244), S(113, 239), S(117, 242), S(120, 244), S(128, 251), S(130, 255), S(135, 260),
+    S(-35, -248), S(-63, -183), S(-70, -140), S(-40, -102), S(-25, -83), S(-22, -53), S(-19, -32),
+    S(-13, 1), S(6, 43), S(23, 80), S(32, 112), S(43, 127), S(22, 150), S(74, 190),
+    S(67, 167), S(82, 195), S(75, 191), S(65, 196), S(123, 241), S(125, 235), S(122, 253),
+    S(125, 247), S(118, 243), S(114, 238), S(124, 248), S(132, 255), S(131, 256), S(138, 264),
 };
 
 // ---- Pieces ----------------------------------------------------------------------------
 
-KELVARAN_GEWICHT int32_t SpringerVorposten = S(151, 105);       // ranks 4-6, pawn-protected, never chased by a pawn
-KELVARAN_GEWICHT int32_t LaeuferVorposten = S(168, 43);
-KELVARAN_GEWICHT int32_t SpringerVorpostenErreichbar = S(178, 67);
-KELVARAN_GEWICHT int32_t LeichtHinterBauer = S(75, 6);         // off the back rank, shielded from frontal attack
-KELVARAN_GEWICHT int32_t LaeuferBauernFarbe = S(-2, -81);      // per own pawn on the bishop's colour
-KELVARAN_GEWICHT int32_t TurmOffeneLinie = S(163, 74);
-KELVARAN_GEWICHT int32_t TurmHalboffeneLinie = S(61, 131);
-KELVARAN_GEWICHT int32_t TurmSiebteReihe = S(107, 187);         // with the enemy king on the 8th or pawns on the 7th
-KELVARAN_GEWICHT int32_t TurmEingesperrt = S(-255, -27);        // by the own king, which lost the right to castle there
+KELVARAN_GEWICHT int32_t SpringerVorposten = S(135, 100);       // ranks 4-6, pawn-protected, never chased by a pawn
+KELVARAN_GEWICHT int32_t LaeuferVorposten = S(170, 51);
+KELVARAN_GEWICHT int32_t SpringerVorpostenErreichbar = S(185, 72);
+KELVARAN_GEWICHT int32_t LeichtHinterBauer = S(58, 15);         // off the back rank, shielded from frontal attack
+KELVARAN_GEWICHT int32_t LaeuferBauernFarbe = S(-31, -59);      // per own pawn on the bishop's colour
+KELVARAN_GEWICHT int32_t TurmOffeneLinie = S(181, 48);
+KELVARAN_GEWICHT int32_t TurmHalboffeneLinie = S(70, 74);
+KELVARAN_GEWICHT int32_t TurmSiebteReihe = S(48, 119);         // with the enemy king on the 8th or pawns on the 7th
+KELVARAN_GEWICHT int32_t TurmEingesperrt = S(-190, -62);        // by the own king, which lost the right to castle there
 
 // ---- Threats ---------------------------------------------------------------------------
 
 // By the type of the attacked man.
-KELVARAN_GEWICHT int32_t DrohungLeicht[6] = {0, S(33, 92), S(118, 193), S(210, 212), S(287, 376), S(349, 540)};
-KELVARAN_GEWICHT int32_t DrohungTurm[6] = {0, S(16, 233), S(144, 247), S(146, 243), S(-1, 152), S(260, 279)};
-KELVARAN_GEWICHT int32_t DrohungKoenig = S(96, 288);
-KELVARAN_GEWICHT int32_t Haengend = S(122, 81);
-KELVARAN_GEWICHT int32_t DrohungSichererBauer = S(412, 294);
-KELVARAN_GEWICHT int32_t DrohungBauernvorstoss = S(108, 98);
+KELVARAN_GEWICHT int32_t DrohungLeicht[6] = {0, S(27, 72), S(126, 215), S(203, 180), S(294, 279), S(250, 526)};
+KELVARAN_GEWICHT int32_t DrohungTurm[6] = {0, S(6, 155), S(167, 218), S(175, 241), S(-15, 141), S(251, 255)};
+KELVARAN_GEWICHT int32_t DrohungKoenig = S(130, 168);
+KELVARAN_GEWICHT int32_t Haengend = S(98, 152);
+KELVARAN_GEWICHT int32_t DrohungSichererBauer = S(345, 327);
+KELVARAN_GEWICHT int32_t DrohungBauernvorstoss = S(142, 86);
 
 // ---- Board control -------------------------------------------------------------------
 
 KELVARAN_GEWICHT int RaumFaktor = 7;  // mg: safe squares x (pieces)^2 x factor / 8
-KELVARAN_GEWICHT int32_t ZentrumKontrolle = S(5, 12);
-KELVARAN_GEWICHT int32_t ZentrumDoppelt = S(3, 25);
+KELVARAN_GEWICHT int32_t ZentrumKontrolle = S(-3, 9);
+KELVARAN_GEWICHT int32_t ZentrumDoppelt = S(0, 49);
 
 // ---- Pawn structure ------------------------------------------------------------------
 
-KELVARAN_GEWICHT int32_t Isoliert = S(-7, 14);
-KELVARAN_GEWICHT int32_t Rueckstaendig = S(0, -94);
-KELVARAN_GEWICHT int32_t SchwachUngegenueber = S(-106, -150);  // isolated/backward on a file the enemy can use
-KELVARAN_GEWICHT int32_t Doppelt = S(-88, -241);
+KELVARAN_GEWICHT int32_t Isoliert = S(-34, 20);
+KELVARAN_GEWICHT int32_t Rueckstaendig = S(-26, -9);
+KELVARAN_GEWICHT int32_t SchwachUngegenueber = S(-82, -82);  // isolated/backward on a file the enemy can use
+KELVARAN_GEWICHT int32_t Doppelt = S(-42, -258);
 // Connected pawns by rank, times (2 + phalanx - opposed).
 KELVARAN_GEWICHT int32_t Verbunden[9] = {
-    0, 0, S(25, -7), S(29, 6), S(61, 8), S(106, 61), S(205, 198), S(268, 256), 0,
+    0, 0, S(17, -4), S(43, 27), S(44, 37), S(64, 90), S(194, 172), S(289, 329), 0,
 };
-KELVARAN_GEWICHT int32_t Gestuetzt = S(70, 15);  // per supporting pawn
+KELVARAN_GEWICHT int32_t Gestuetzt = S(86, 36);  // per supporting pawn
 KELVARAN_GEWICHT int32_t Freibauer[9] = {
-    0, 0, S(55, 103), S(-30, 173), S(-3, 218), S(212, 280), S(568, 707), S(1028, 1157), 0,
+    0, 0, S(-50, 80), S(-67, 137), S(-53, 178), S(130, 295), S(426, 736), S(978, 1325), 0,
 };
 
 // ---- King safety (mg) ------------------------------------------------------------------
@@ -247,15 +247,15 @@ KELVARAN_GEWICHT int32_t Freibauer[9] = {
 // Shelter: nearest own pawn on each of the three files around the king, by the
 // file's distance from the edge and the pawn's rank (0 = none).
 KELVARAN_GEWICHT int16_t Schildbauer[4][8] = {
-    {-86, 0, 166, 248, 27, 8, 25, 0},
-    {-252, 0, 204, 198, -87, 40, -11, 7},
-    {-201, 0, 237, 107, 6, -11, -12, 15},
-    {-152, 0, 128, -1, 50, 5, -47, 7},
+    {15, 0, 204, 215, 87, 85, 34, 4},
+    {-272, 0, 205, 174, -60, -71, -24, -10},
+    {-162, 0, 255, 16, -8, 43, 6, 19},
+    {-41, 0, 26, 60, 55, 29, -54, 10},
 };
 // Storm: nearest enemy pawn on those files by its rank seen from the king's side.
-KELVARAN_GEWICHT int16_t SturmFrei[9] = {0, 0, -79, -315, -224, -52, -2, -59, 0};
-KELVARAN_GEWICHT int16_t SturmBlockiert[9] = {0, 0, 0, -204, -43, 21, 6, 2, 0};
-KELVARAN_GEWICHT int OffeneLinieAmKoenig = -73;  // neither side has a pawn on the file
+KELVARAN_GEWICHT int16_t SturmFrei[9] = {0, 0, -24, -284, -165, -47, 26, -9, 0};
+KELVARAN_GEWICHT int16_t SturmBlockiert[9] = {0, 0, 0, -250, -75, -6, 0, 12, 0};
+KELVARAN_GEWICHT int OffeneLinieAmKoenig = -101;  // neither side has a pawn on the file
 
 // Danger index: attackers of the king zone by type, attacked squares next to the
 // king, weak squares there, safe checks; the table turns it into a penalty.
@@ -265,31 +265,42 @@ KELVARAN_GEWICHT int SchwachImRing = 2;
 KELVARAN_GEWICHT int SicheresSchach[7] = {0, 0, 5, 4, 6, 6, 0};
 KELVARAN_GEWICHT int OhneDame = 12;
 KELVARAN_GEWICHT int Koenigsgefahr[64] = {
-    0,    0,    0,   21,   24,   63,   72,   124,
-    144,  176,  176,  268,  268,  413,  467,  525,
-    617,  708,  780,  856,  952,  1045, 1150, 1275,
-    1394, 1517, 1616, 1738, 1873, 2028, 2165, 2306,
-    2455, 2620, 2773, 2942, 3110, 3280, 3466, 3650,
-    3837, 4034, 4234, 4438, 4646, 4860, 5078, 5302,
-    5530, 5762, 6000, 6000, 6000, 6000, 6000, 6000,
-    6000, 6000, 6000, 6000, 6000, 6000, 6000, 6000,
+    0,    3,    3,   23,   30,   67,   81,   83,
+    148,  148,  148,  222,  222,  313,  393,  463,
+    556,  673,  758,  804,  933,  1061, 1134, 1255,
+    1389, 1522, 1620, 1742, 1869, 2042, 2178, 2309,
+    2458, 2625, 2777, 2946, 3114, 3277, 3467, 3652,
+    3836, 4034, 4238, 4439, 4645, 4860, 5079, 5303,
+    5530, 5762, 6000, 6001, 6001, 6001, 6001, 6001,
+    6002, 6002, 6002, 6002, 6002, 6002, 6002, 6002,
 };
 
 // ---- Passed pawns and the endgame ------------------------------------------------------
 
 // Weight of the dynamic passer terms by rank.
-KELVARAN_GEWICHT int FreibauerStufe[9] = {0, 0, 0, 0, 3, 7, 11, 16, 0};
+KELVARAN_GEWICHT int FreibauerStufe[9] = {0, 0, 0, 0, 3, 6, 11, 17, 0};
 KELVARAN_GEWICHT int PasserKoenigGegner = 22;  // eg per step of the enemy king from the stop square
-KELVARAN_GEWICHT int PasserKoenigEigen = 14;    // eg per step of the own king
-KELVARAN_GEWICHT int32_t FreierPfad = S(-65, 73);    // no square to promotion attacked or occupied
-KELVARAN_GEWICHT int32_t StoppSicher = S(-9, 7);   // at least the stop square is safe
-KELVARAN_GEWICHT int32_t StoppGedeckt = S(11, 19);
+KELVARAN_GEWICHT int PasserKoenigEigen = 16;    // eg per step of the own king
+KELVARAN_GEWICHT int32_t FreierPfad = S(-87, 68);    // no square to promotion attacked or occupied
+KELVARAN_GEWICHT int32_t StoppSicher = S(-10, 14);   // at least the stop square is safe
+KELVARAN_GEWICHT int32_t StoppGedeckt = S(43, 27);
 // Passer terms in 64ths by the opponent's pieces in phase units: passers run
 // better against fewer pieces.
 KELVARAN_GEWICHT int PasserSkala[13] = {96, 88, 80, 74, 70, 67, 64, 64, 64, 64, 64, 64, 64};
-KELVARAN_GEWICHT int Unaufhaltbar = 5880;      // eg: the bare king is outside the pawn's square
-KELVARAN_GEWICHT int UnaufhaltbarJeZug = 220;  // less per move still needed
-KELVARAN_GEWICHT int KoenigBauernAbstand = -73;  // eg per step to the nearest pawn
+KELVARAN_GEWICHT int Unaufhaltbar = 5707;      // eg: the bare king is outside the pawn's square
+KELVARAN_GEWICHT int UnaufhaltbarJeZug = 240;  // less per move still needed
+KELVARAN_GEWICHT int KoenigBauernAbstand = -105;  // eg per step to the nearest pawn
+
+// Winning chances of the endgame edge, eg: what makes an advantage easier to
+// convert (passers, many pawns, pawns on both wings, the stronger king round the
+// other, a pure pawn ending) against a base that pulls every edge towards zero.
+// The sum may shrink the endgame half to zero but never turn its sign.
+KELVARAN_GEWICHT int KomplexFreibauer = 49;      // per passed pawn of either side
+KELVARAN_GEWICHT int KomplexBauer = 68;          // per pawn on the board
+KELVARAN_GEWICHT int KomplexUmgehung = 38;       // per file the kings stand apart more than ranks
+KELVARAN_GEWICHT int KomplexBeideFluegel = 246;  // pawns on both wings
+KELVARAN_GEWICHT int KomplexBauernendspiel = 396;
+KELVARAN_GEWICHT int KomplexBasis = -693;
 
 // Tempo for the side to move; fixed: S(35, 68).
 KELVARAN_GEWICHT int32_t Tempo = 0x230044;

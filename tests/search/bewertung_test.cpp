@@ -152,7 +152,7 @@ TEST(Bewertung, Materialvorteil) {
         int mindestens;
     } faelle[] = {
         {"4k3/ppp2ppp/8/8/8/8/PPP1PPPP/4K3", 500},
-        {"rnbqkbnr/ppppppp1/8/8/8/8/PPPPPPPP/RNBQKBNR", 150},  // the open h-file frees Black's rook
+        {"rnbqkbnr/ppppppp1/8/8/8/8/PPPPPPPP/RNBQKBNR", 100},  // the open h-file frees Black's rook
         {"r1bqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR", 2000},
         {"rn1qkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR", 2000},
         {"1nbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR", 3500},
@@ -177,7 +177,7 @@ TEST(Bewertung, Vergleiche) {
         {"passer on the 7th, not the 3rd",  //
          "4k3/1P6/8/8/8/8/6r1/R3K3 w - - 0 1", "4k3/8/8/8/8/1P6/6r1/R3K3 w - - 0 1"},
         {"the enemy knight hangs",  //
-         "3rk3/8/8/8/3N4/8/2P5/4K3 b - - 0 1", "3rk3/8/8/8/3N4/2P5/8/4K3 b - - 0 1"},
+         "3rk3/8/8/8/3N4/8/8/1B2K3 b - - 0 1", "3rk3/8/8/8/3N4/8/1B6/4K3 b - - 0 1"},
         {"rook on the open file",  //
          "4k3/pp4pp/8/8/8/8/PP4PP/3RK3 w - - 0 1", "4k3/pp4pp/8/8/8/8/PP4PP/R3K3 w - - 0 1"},
         {"no doubled, isolated pawns",  //
@@ -189,9 +189,11 @@ TEST(Bewertung, Vergleiche) {
         {"bishop pair",  //
          "2b1k1n1/ppp5/8/8/8/8/PPP5/2B1KB2 w - - 0 1", "2b1k1n1/ppp5/8/8/8/8/PPP5/2B1K1N1 w - - 0 1"},
         {"knight on an outpost no pawn can chase it from",  //
-         "4k3/pp3p2/8/3N4/3PP3/8/8/4K3 w - - 0 1", "4k3/pp3p2/8/4N3/3PP3/8/8/4K3 w - - 0 1"},
+         "4k3/pp1p1p2/8/3N4/3PP3/8/8/4K3 w - - 0 1", "4k3/pp1p1p2/8/4N3/3PP3/8/8/4K3 w - - 0 1"},
         {"bishops of the same colour",  //
          "8/4kp2/8/3b4/8/3B4/4KPP1/8 w - - 0 1", "8/4kp2/8/4b3/8/3B4/4KPP1/8 w - - 0 1"},
+        {"an extra pawn with pawns on both wings converts better than four against three on one",  //
+         "3r2k1/p4pp1/8/8/8/8/P3PPP1/3R2K1 w - - 0 1", "3r2k1/5ppp/8/8/8/8/4PPPP/3R2K1 w - - 0 1"},
         {"the king is outside the pawn's square",  //
          "8/8/8/P7/8/8/3k4/7K w - - 0 1", "8/8/3k4/P7/8/8/8/7K w - - 0 1"},
     };

@@ -209,6 +209,12 @@ std::vector<Parameter_t> Parameterliste() {
     ganz("Unaufhaltbar", &G::Unaufhaltbar, 0, 1, 100);
     ganz("UnaufhaltbarJeZug", &G::UnaufhaltbarJeZug, 0, 1, 20);
     ganz("KoenigBauernAbstand", &G::KoenigBauernAbstand, 0, 1, 10);
+    ganz("KomplexFreibauer", &G::KomplexFreibauer, 0, 1, 20);
+    ganz("KomplexBauer", &G::KomplexBauer, 0, 1, 20);
+    ganz("KomplexUmgehung", &G::KomplexUmgehung, 0, 1, 20);
+    ganz("KomplexBeideFluegel", &G::KomplexBeideFluegel, 0, 1, 40);
+    ganz("KomplexBauernendspiel", &G::KomplexBauernendspiel, 0, 1, 40);
+    ganz("KomplexBasis", &G::KomplexBasis, 0, 1, 50);
     return v;
 }
 
@@ -409,6 +415,12 @@ std::vector<Block_t> Bloecke() {
     v.push_back(Blockvon("Unaufhaltbar", false, &G::Unaufhaltbar, 1));
     v.push_back(Blockvon("UnaufhaltbarJeZug", false, &G::UnaufhaltbarJeZug, 1));
     v.push_back(Blockvon("KoenigBauernAbstand", false, &G::KoenigBauernAbstand, 1));
+    v.push_back(Blockvon("KomplexFreibauer", false, &G::KomplexFreibauer, 1));
+    v.push_back(Blockvon("KomplexBauer", false, &G::KomplexBauer, 1));
+    v.push_back(Blockvon("KomplexUmgehung", false, &G::KomplexUmgehung, 1));
+    v.push_back(Blockvon("KomplexBeideFluegel", false, &G::KomplexBeideFluegel, 1));
+    v.push_back(Blockvon("KomplexBauernendspiel", false, &G::KomplexBauernendspiel, 1));
+    v.push_back(Blockvon("KomplexBasis", false, &G::KomplexBasis, 1));
     return v;
 }
 
