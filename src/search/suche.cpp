@@ -226,7 +226,10 @@ int Suche_t::Suche(int alpha, int beta, Suchrahmen_t* r, int tiefe, int nonPv) {
     int32_t schranke = SchrankeOben;
     bool beschnitten = false;
 
-    if (tiefe >= 10) Vorpruefung(r, beta, tiefe);
+    if (tiefe >= 10)
+        Vorpruefung(r, beta, tiefe);
+    else if (!imSchach && r->tt.zug == 0)
+        ErstenZugRaten(r);
 
     const Knotenlage_t lage{imSchach, eval, r->daten.angriffe[sie].alle, r->daten.angriffe[wir].alle};
     // Idle searchers may take over the moves once the first has been searched.
@@ -585,4 +588,29 @@ void Suche_t::Vorpruefung(Suchrahmen_t* r, int beta, int tiefe) {
         }
     }
     if (kandidat != 0) r->tt.zug = static_cast<int32_t>(kandidat);
+}
+
+// Below that depth, without a hash move: the capture or queening that wins the
+// most by a plain count (the victim, less the capturer when the victim is guarded)
+// goes first, so the cheapest man takes the dearest prize before the sort is paid.
+void Suche_t::ErstenZugRaten(Suchrahmen_t* r) {
+    const unsigned wir = stellung.amZug;
+    const Seite_t& gegner = stellung.seite[wir ^ 1];
+    const Bitboard gedeckt = r->daten.angriffe[wir].alle;  // squares the opponent guards
+    int bester = 0;
+    uint32_t wahl = 0;
+    for (const uint32_t* p = r->aktuell; p < r->ende; ++p) {
+        const uint32_t zug = *p;
+        const unsigned art = Art(zug);
+        if (IstUmwandlung(zug) && art != UmwandlungDame) continue;
+        int gewinn = art == EnPassant ? Steinwert[Bauer] : Steinwert[FigurAuf(gegner, Nach(zug))];
+        if (art == UmwandlungDame) gewinn += Steinwert[Dame] - Steinwert[Bauer];
+        if (gewinn == 0) continue;
+        if (Bit(Nach(zug)) & gedeckt) gewinn -= Steinwert[art <= Koenig ? art : Bauer];
+        if (gewinn > bester) {
+            bester = gewinn;
+            wahl = zug;
+        }
+    }
+    r->tt.zug = static_cast<int32_t>(wahl);
 }

@@ -92,6 +92,7 @@ private:
     uint32_t NaechsterZug(Suchrahmen_t* r);
     void SortiereZuege(Suchrahmen_t* r);
     void Vorpruefung(Suchrahmen_t* r, int beta, int tiefe);
+    void ErstenZugRaten(Suchrahmen_t* r);
 
     // What making a move changes beyond the position, for taking it back.
     struct Sicherung_t {
