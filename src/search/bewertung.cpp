@@ -28,6 +28,13 @@ constexpr Bitboard Raumzone[2] = {
 };
 constexpr Bitboard Damenfluegel = LinienMaske(0) | LinienMaske(1) | LinienMaske(2) | LinienMaske(3);
 constexpr Bitboard Koenigsfluegel = ~Damenfluegel;
+// The files around a king, by its file, and each side's own half and a rank more.
+constexpr Bitboard Koenigsflanke[8] = {
+    Damenfluegel & ~LinienMaske(3), Damenfluegel, Damenfluegel, LinienCbisF,
+    LinienCbisF, Koenigsfluegel, Koenigsfluegel, Koenigsfluegel & ~LinienMaske(4),
+};
+constexpr Bitboard Lager[2] = {ReihenMaske(1) | ReihenMaske(2) | ReihenMaske(3) | ReihenMaske(4) | ReihenMaske(5),
+                               ReihenMaske(8) | ReihenMaske(7) | ReihenMaske(6) | ReihenMaske(5) | ReihenMaske(4)};
 constexpr Bitboard Zentrum = (LinienMaske(3) | LinienMaske(4)) & (ReihenMaske(4) | ReihenMaske(5));
 
 // Squares at exactly distance d from a square, d = 0..7: the nearest man in a few steps.
@@ -229,6 +236,9 @@ template <unsigned s>
             if (RelativeReihe(s, k) == 1 && (LinieVon(k) < 4) != kurz && !(st.rochaden & recht))
                 w += G::TurmEingesperrt;
         }
+        // Behind a passer, own or enemy, the rook gains scope as the pawn advances.
+        if (a & ((be.freibauern[s] & Vorne(s, Bit(f))) | (be.freibauern[g] & Hinten(s, Bit(f)))))
+            w += G::TurmHinterFreibauer;
         if (RelativeReihe(s, f) == 7 &&
             (RelativeReihe(s, gk) == 8 || (sie.brett[Bauer] & ReihenMaske(s == Weiss ? 7 : 2))))
             w += G::TurmSiebteReihe;
@@ -256,6 +266,33 @@ template <unsigned s>
         if (schwach & unsere.figur[Koenig]) w += G::DrohungKoenig;
         const Bitboard haengend = schwach & (~ihre.alle | (ihreFiguren & unsere.doppelt));
         w += G::Haengend * static_cast<int>(Bitzahl(haengend));
+        // Strong threats: hanging men, and men attacked by cheaper ones.
+        const Bitboard schwere = sie.brett[Turm] | sie.brett[Dame];
+        const Bitboard drohungen = haengend | (ihreFiguren & unsere.bauern) |
+                                   (schwere & (unsere.figur[Springer] | unsere.figur[Laeufer])) |
+                                   (sie.brett[Dame] & unsere.figur[Turm]);
+        if (drohungen) w += G::Drohungszahl[st.amZug == s][(drohungen & (drohungen - 1)) ? 2 : 1];
+    }
+    // Safe squares from which a knight, bishop or rook would attack the queen next move.
+    if (sie.anzahl[Dame] == 1) {
+        const Feld q = sie.Liste(Dame)[0];
+        const Bitboard sicher = ~wir.brett[0] & ~ihre.bauern & (~ihre.alle | unsere.doppelt);
+        w += G::SpringerAufDame * static_cast<int>(Bitzahl(SpringerFelder[q] & unsere.figur[Springer] & sicher));
+        const Bitboard linien = (LaeuferAngriffe(q, d.belegt) & unsere.figur[Laeufer]) |
+                                (TurmAngriffe(q, d.belegt) & unsere.figur[Turm]);
+        w += G::LaeuferTurmAufDame * static_cast<int>(Bitzahl(linien & sicher & ~sie.brett[0]));
+    }
+    // Contested squares the opponent does not hold firmly: room taken from his pieces.
+    const Bitboard eingeschraenkt = unsere.alle & ihre.alle & ~ihre.bauern & ~(ihre.doppelt & ~unsere.doppelt);
+    w += G::Eingeschraenkt * static_cast<int>(Bitzahl(eingeschraenkt));
+    // Own men pinned to the own king: they guard nothing and may not move off the line.
+    const Feld k = wir.KoenigsFeld();
+    Bitboard fessler = ((Strahlen[k][0] | Strahlen[k][1]) & (sie.brett[Turm] | sie.brett[Dame])) |
+                       ((Strahlen[k][2] | Strahlen[k][3]) & (sie.brett[Laeufer] | sie.brett[Dame]));
+    while (fessler) {
+        const Bitboard dazwischen = Zwischen[k * 64 + NimmFeld(fessler)] & d.belegt;
+        if (dazwischen && !(dazwischen & (dazwischen - 1)) && (dazwischen & wir.brett[0]))
+            w += NachTyp(wir, dazwischen, G::Gefesselt);
     }
     const Bitboard sichereBauern = wir.brett[Bauer] & (~ihre.alle | unsere.alle);
     w += G::DrohungSichererBauer * static_cast<int>(Bitzahl(BauernAngriffe(s, sichereBauern) & ihreFiguren));
@@ -308,9 +345,12 @@ template <unsigned s>
                                                    Bauerneintrag_t& be, const Koenigsangriff_t& ka) {
     constexpr unsigned g = s ^ 1;
     int w = Schild<s>(st, be);
-    if (ka.anzahl < 2) return w;  // one attacker alone does not break through
     const Feld k = st.seite[s].KoenigsFeld();
-    const Angriffe_t& ihre = d.angriffe[s];    // made by the attacker
+    const Angriffe_t& ihre = d.angriffe[s];  // made by the attacker
+    // Pressure on the king's wing of the board in the defender's half, whether or not it reaches the zone.
+    const Bitboard flanke = Koenigsflanke[LinieVon(k)] & Lager[s];
+    w += G::FlankenAngriff * static_cast<int>(Bitzahl(ihre.alle & flanke) + Bitzahl(ihre.doppelt & flanke));
+    if (ka.anzahl < 2) return w;  // one attacker alone does not break through
     const Angriffe_t& unsere = d.angriffe[g];  // made by the defender
     // Attacked squares defended at most once, and then only by the king or queen.
     const Bitboard schwach =

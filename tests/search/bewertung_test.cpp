@@ -96,6 +96,10 @@ const std::vector<std::string> Stellungen = {
     "4k3/8/8/8/8/8/8/R3K1N1 w - - 0 1",
     "4k3/8/8/8/8/8/8/4K3 w - - 0 1",
     "4k3/8/8/8/8/8/QQQQ4/QQQQQ1K1 w - - 0 1",
+    // Pins on the king, a fork, a rook behind a passer, a knight and a rook eyeing the queen.
+    "r3k2r/ppp2ppp/2n5/1B1q4/3P4/2N1bN2/PPP3PP/R2QK2R w KQkq - 0 10",
+    "2r1k3/pp3ppp/8/2P1N3/8/3q4/P4PPP/2R1Q1K1 b - - 0 1",
+    "6k1/2R2ppp/8/8/1P6/8/5PPP/6K1 w - - 0 1",
 };
 
 TEST(Bewertung, Quantisiere) {
@@ -200,6 +204,15 @@ TEST(Bewertung, Vergleiche) {
     for (const auto& f : faelle) EXPECT_GT(Wert(f.besser), Wert(f.schlechter)) << f.was;
     // The king four steps from the corner catches the pawn only when it moves first.
     EXPECT_GT(Wert("8/8/8/P7/4k3/8/8/7K w - - 0 1"), 2000 - Wert("8/8/8/P7/4k3/8/8/7K b - - 0 1"));
+}
+
+TEST(Bewertung, DrohungenZaehlenFuerDieSeiteAmZug) {
+    // White's knight forks rook and queen. Apart from the tempo the score would be
+    // the same for either side to move; the side to move can cash the threat.
+    const std::string gabel = "6k1/1r4pp/3N4/5q2/8/8/PP3PPP/6K1";
+    const int weissAmZug = Wert(gabel + " w - - 0 1");
+    const int schwarzAmZug = Wert(gabel + " b - - 0 1");
+    EXPECT_GT(weissAmZug + schwarzAmZug, 300);
 }
 
 TEST(Bewertung, RemisMaterial) {

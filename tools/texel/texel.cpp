@@ -179,12 +179,19 @@ std::vector<Parameter_t> Parameterliste() {
     gepackt("TurmHalboffeneLinie", &G::TurmHalboffeneLinie, 0, 1);
     gepackt("TurmSiebteReihe", &G::TurmSiebteReihe, 0, 1);
     gepackt("TurmEingesperrt", &G::TurmEingesperrt, 0, 1);
+    gepackt("TurmHinterFreibauer", &G::TurmHinterFreibauer, 0, 1);
+    gepackt("Gefesselt", G::Gefesselt, 1, 6);
     gepackt("DrohungLeicht", G::DrohungLeicht, 1, 6);
     gepackt("DrohungTurm", G::DrohungTurm, 1, 6);
     gepackt("DrohungKoenig", &G::DrohungKoenig, 0, 1);
     gepackt("Haengend", &G::Haengend, 0, 1);
     gepackt("DrohungSichererBauer", &G::DrohungSichererBauer, 0, 1);
     gepackt("DrohungBauernvorstoss", &G::DrohungBauernvorstoss, 0, 1);
+    gepackt("SpringerAufDame", &G::SpringerAufDame, 0, 1);
+    gepackt("LaeuferTurmAufDame", &G::LaeuferTurmAufDame, 0, 1);
+    gepackt("Eingeschraenkt", &G::Eingeschraenkt, 0, 1);
+    gepackt("Drohungszahl", &G::Drohungszahl[0][0], 1, 3);
+    gepackt("Drohungszahl", &G::Drohungszahl[1][0], 1, 3);
     ganz("RaumFaktor", &G::RaumFaktor, 0, 1, 1);
     gepackt("ZentrumKontrolle", &G::ZentrumKontrolle, 0, 1);
     gepackt("ZentrumDoppelt", &G::ZentrumDoppelt, 0, 1);
@@ -200,6 +207,12 @@ std::vector<Parameter_t> Parameterliste() {
     kurz("SturmBlockiert", G::SturmBlockiert, 0, 9);
     ganz("OffeneLinieAmKoenig", &G::OffeneLinieAmKoenig, 0, 1, 50);
     ganz("Koenigsgefahr", G::Koenigsgefahr, 1, 64, 50);
+    ganz("Angreifer", G::Angreifer, 2, 6, 1);
+    ganz("ZonenTreffer", &G::ZonenTreffer, 0, 1, 1);
+    ganz("SchwachImRing", &G::SchwachImRing, 0, 1, 1);
+    ganz("SicheresSchach", G::SicheresSchach, 2, 6, 1);
+    ganz("OhneDame", &G::OhneDame, 0, 1, 1);
+    ganz("FlankenAngriff", &G::FlankenAngriff, 0, 1, 5);
     ganz("FreibauerStufe", G::FreibauerStufe, 4, 8, 1);
     ganz("PasserKoenigGegner", &G::PasserKoenigGegner, 0, 1, 2);
     ganz("PasserKoenigEigen", &G::PasserKoenigEigen, 0, 1, 2);
@@ -225,6 +238,12 @@ void Grenzen() {
     for (int i = 1; i < 64; ++i) G::Koenigsgefahr[i] = std::max(G::Koenigsgefahr[i], G::Koenigsgefahr[i - 1]);
     for (int i = 4; i < 8; ++i) G::FreibauerStufe[i] = std::max(G::FreibauerStufe[i], 0);
     G::RaumFaktor = std::max(G::RaumFaktor, 0);
+    for (unsigned t = Springer; t <= Dame; ++t) {
+        G::Angreifer[t] = std::max(G::Angreifer[t], 0);
+        G::SicheresSchach[t] = std::max(G::SicheresSchach[t], 0);
+    }
+    G::ZonenTreffer = std::max(G::ZonenTreffer, 0);
+    G::SchwachImRing = std::max(G::SchwachImRing, 0);
     G::PasserKoenigGegner = std::max(G::PasserKoenigGegner, 0);
     G::PasserKoenigEigen = std::max(G::PasserKoenigEigen, 0);
     G::Unaufhaltbar = std::max(G::Unaufhaltbar, 0);
@@ -385,12 +404,18 @@ std::vector<Block_t> Bloecke() {
     p("TurmHalboffeneLinie", &G::TurmHalboffeneLinie, 1);
     p("TurmSiebteReihe", &G::TurmSiebteReihe, 1);
     p("TurmEingesperrt", &G::TurmEingesperrt, 1);
+    p("TurmHinterFreibauer", &G::TurmHinterFreibauer, 1);
+    p("Gefesselt", G::Gefesselt, 6);
     p("DrohungLeicht", G::DrohungLeicht, 6);
     p("DrohungTurm", G::DrohungTurm, 6);
     p("DrohungKoenig", &G::DrohungKoenig, 1);
     p("Haengend", &G::Haengend, 1);
     p("DrohungSichererBauer", &G::DrohungSichererBauer, 1);
     p("DrohungBauernvorstoss", &G::DrohungBauernvorstoss, 1);
+    p("SpringerAufDame", &G::SpringerAufDame, 1);
+    p("LaeuferTurmAufDame", &G::LaeuferTurmAufDame, 1);
+    p("Eingeschraenkt", &G::Eingeschraenkt, 1);
+    p("Drohungszahl", &G::Drohungszahl[0][0], 6);
     v.push_back(Blockvon("RaumFaktor", false, &G::RaumFaktor, 1));
     p("ZentrumKontrolle", &G::ZentrumKontrolle, 1);
     p("ZentrumDoppelt", &G::ZentrumDoppelt, 1);
@@ -405,6 +430,12 @@ std::vector<Block_t> Bloecke() {
     v.push_back(Blockvon("SturmFrei", false, G::SturmFrei, 9));
     v.push_back(Blockvon("SturmBlockiert", false, G::SturmBlockiert, 9));
     v.push_back(Blockvon("OffeneLinieAmKoenig", false, &G::OffeneLinieAmKoenig, 1));
+    v.push_back(Blockvon("Angreifer", false, G::Angreifer, 7));
+    v.push_back(Blockvon("ZonenTreffer", false, &G::ZonenTreffer, 1));
+    v.push_back(Blockvon("SchwachImRing", false, &G::SchwachImRing, 1));
+    v.push_back(Blockvon("SicheresSchach", false, G::SicheresSchach, 7));
+    v.push_back(Blockvon("FlankenAngriff", false, &G::FlankenAngriff, 1));
+    v.push_back(Blockvon("OhneDame", false, &G::OhneDame, 1));
     v.push_back(Blockvon("Koenigsgefahr", false, G::Koenigsgefahr, 64));
     v.push_back(Blockvon("FreibauerStufe", false, G::FreibauerStufe, 9));
     v.push_back(Blockvon("PasserKoenigGegner", false, &G::PasserKoenigGegner, 1));
