@@ -49,12 +49,14 @@ int32_t BauernSeite(const Stellung_t& st, Bauerneintrag_t& e) {
             if (!gegenueber) wert += G::SchwachUngegenueber;
         }
         if (doppelt) wert += G::Doppelt;
+        if ((reihe == 5 || reihe == 6) && (gegner & Bit(Vor(s, f)))) wert += G::BlockierterBauer[reihe - 5];
         if (phalanx | stuetzen)
             wert += G::Verbunden[reihe] * (2 + (phalanx != 0) - gegenueber) +
                     G::Gestuetzt * static_cast<int>(Bitzahl(stuetzen));
         if (!doppelt && !(gegner & Bauernmasken.freiMaske[s][f])) {
             frei |= Bit(f);
-            wert += G::Freibauer[reihe];
+            const unsigned linie = LinieVon(f);
+            wert += G::Freibauer[reihe] + G::FreibauerLinie[linie < 4 ? linie : 7 - linie];
         }
     }
     e.freibauern[s] = frei;

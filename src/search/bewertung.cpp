@@ -72,6 +72,19 @@ inline int32_t NachTyp(const Seite_t& sie, Bitboard x, const int32_t* tabelle) {
     return w;
 }
 
+// Men standing alone between square `ziel` and an enemy slider aimed at it along
+// its kind of line: pinned, or ready to uncover an attack.
+inline Bitboard Sperrer(Feld ziel, Bitboard gerade, Bitboard schraeg, Bitboard belegt) {
+    Bitboard fessler = ((Strahlen[ziel][0] | Strahlen[ziel][1]) & gerade) |
+                       ((Strahlen[ziel][2] | Strahlen[ziel][3]) & schraeg);
+    Bitboard sperrer = 0;
+    while (fessler) {
+        const Bitboard dazwischen = Zwischen[ziel * 64 + NimmFeld(fessler)] & belegt;
+        if (dazwischen && !(dazwischen & (dazwischen - 1))) sperrer |= dazwischen;
+    }
+    return sperrer;
+}
+
 // ---- Material --------------------------------------------------------------------
 
 int Phase(const Seite_t& s) {
@@ -109,7 +122,8 @@ int Skalierung(const Stellung_t& st, unsigned s) {
         return G::SkalaUngleicheLaeuferFiguren;
     }
     if (wir.anzahl[Bauer] == 1 && wirFig - sieFig <= laeufer) return G::SkalaEinBauer;
-    return 64;
+    // The fewer pawns the side ahead has left, the harder it is to win.
+    return Min(64, G::SkalaBauernBasis + G::SkalaJeBauer * wir.anzahl[Bauer]);
 }
 
 // Rarely called: kept out of line so the hot path stays compact.
@@ -177,7 +191,12 @@ template <unsigned s>
     const Seite_t& sie = st.seite[g];
     const Angriffe_t& unsere = d.angriffe[g];  // made by s
     const Angriffe_t& ihre = d.angriffe[s];    // made by the opponent
-    const Bitboard bereich = ~(wir.brett[0] | ihre.bauern);
+    // Mobility counts the squares a piece could use: not those of the own king and queen,
+    // of own pawns that are blocked or still at home, nor squares enemy pawns guard.
+    const Bitboard blockiert = wir.brett[Bauer] & (s == Weiss ? d.belegt << 8 : d.belegt >> 8);
+    const Bitboard zuHause =
+        wir.brett[Bauer] & (s == Weiss ? ReihenMaske(2) | ReihenMaske(3) : ReihenMaske(7) | ReihenMaske(6));
+    const Bitboard bereich = ~(wir.brett[Koenig] | wir.brett[Dame] | blockiert | zuHause | ihre.bauern);
     const Feld gk = sie.KoenigsFeld();
     const Bitboard zone = Koenigszone(g, gk);
     const Bitboard ring = KoenigFelder[gk];
@@ -185,7 +204,11 @@ template <unsigned s>
     // Minors developed behind an own pawn; on the back rank it would only reward not moving the pawn.
     const Bitboard hinterBauern =
         (s == Weiss ? wir.brett[Bauer] << 8 : wir.brett[Bauer] >> 8) & ~ReihenMaske(s == Weiss ? 1 : 8);
+    const Feld k = wir.KoenigsFeld();
+    const Bitboard bauernAlle = wir.brett[Bauer] | sie.brett[Bauer];
+    const Bitboard damen = wir.brett[Dame] | sie.brett[Dame];
     int32_t w = 0;
+    if (!(bauernAlle & Koenigsflanke[LinieVon(k)])) w += G::BauernloseFlanke;
 
     auto zaehle = [&](unsigned typ, Bitboard a) {
         if (a & zone) {
@@ -204,6 +227,7 @@ template <unsigned s>
         if (vorposten & Bit(f)) w += G::SpringerVorposten;
         else if (a & vorposten & ~wir.brett[0]) w += G::SpringerVorpostenErreichbar;
         if (hinterBauern & Bit(f)) w += G::LeichtHinterBauer;
+        w += G::KoenigsAbstand[Springer] * static_cast<int>(Abstand(f, k));
     }
 
     liste = wir.Liste(Laeufer);
@@ -215,7 +239,11 @@ template <unsigned s>
         if (vorposten & Bit(f)) w += G::LaeuferVorposten;
         if (hinterBauern & Bit(f)) w += G::LeichtHinterBauer;
         const Bitboard farbe = (Bit(f) & HelleFelder) ? HelleFelder : DunkleFelder;
-        w += G::LaeuferBauernFarbe * static_cast<int>(Bitzahl(wir.brett[Bauer] & farbe));
+        w += G::LaeuferBauernFarbe * static_cast<int>(Bitzahl(wir.brett[Bauer] & farbe)) +
+             G::LaeuferBlockierteBauern * static_cast<int>(Bitzahl(blockiert & farbe));
+        w += G::KoenigsAbstand[Laeufer] * static_cast<int>(Abstand(f, k));
+        const Bitboard diagonale = LaeuferAngriffe(f, bauernAlle);
+        if ((diagonale & Zentrum) & ((diagonale & Zentrum) - 1)) w += G::LaeuferLangeDiagonale;
     }
 
     liste = wir.Liste(Turm);
@@ -230,7 +258,6 @@ template <unsigned s>
             w += (be.offeneLinien[g] & linie) ? G::TurmOffeneLinie : G::TurmHalboffeneLinie;
         } else if (mob <= 3) {
             // Shut in on the king's wing by the own king, which can no longer castle there.
-            const Feld k = wir.KoenigsFeld();
             const bool kurz = LinieVon(f) > LinieVon(k);
             const unsigned recht = (kurz ? WeissKurz : WeissLang) << (2 * s);
             if (RelativeReihe(s, k) == 1 && (LinieVon(k) < 4) != kurz && !(st.rochaden & recht))
@@ -239,6 +266,7 @@ template <unsigned s>
         // Behind a passer, own or enemy, the rook gains scope as the pawn advances.
         if (a & ((be.freibauern[s] & Vorne(s, Bit(f))) | (be.freibauern[g] & Hinten(s, Bit(f)))))
             w += G::TurmHinterFreibauer;
+        if (LinienMaske(LinieVon(f)) & damen) w += G::TurmAufDamenlinie;
         if (RelativeReihe(s, f) == 7 &&
             (RelativeReihe(s, gk) == 8 || (sie.brett[Bauer] & ReihenMaske(s == Weiss ? 7 : 2))))
             w += G::TurmSiebteReihe;
@@ -250,6 +278,10 @@ template <unsigned s>
         const Bitboard a = DameAngriffe(f, d.belegt);
         w += Feldwert(Dame, s, f) + G::DameMobilitaet[Bitzahl(a & bereich)];
         zaehle(Dame, a);
+        // Deep in the enemy camp where no pawn can ever chase it.
+        if (RelativeReihe(s, f) >= 5 && !(Bit(f) & be.spanne[g])) w += G::DameEindringen;
+        // A lesser slider behind a single man: a pin or a discovered attack on the queen.
+        if (Sperrer(f, sie.brett[Turm], sie.brett[Laeufer], d.belegt)) w += G::DameSchwach;
     }
 
     w += Feldwert(Koenig, s, wir.KoenigsFeld());
@@ -286,14 +318,9 @@ template <unsigned s>
     const Bitboard eingeschraenkt = unsere.alle & ihre.alle & ~ihre.bauern & ~(ihre.doppelt & ~unsere.doppelt);
     w += G::Eingeschraenkt * static_cast<int>(Bitzahl(eingeschraenkt));
     // Own men pinned to the own king: they guard nothing and may not move off the line.
-    const Feld k = wir.KoenigsFeld();
-    Bitboard fessler = ((Strahlen[k][0] | Strahlen[k][1]) & (sie.brett[Turm] | sie.brett[Dame])) |
-                       ((Strahlen[k][2] | Strahlen[k][3]) & (sie.brett[Laeufer] | sie.brett[Dame]));
-    while (fessler) {
-        const Bitboard dazwischen = Zwischen[k * 64 + NimmFeld(fessler)] & d.belegt;
-        if (dazwischen && !(dazwischen & (dazwischen - 1)) && (dazwischen & wir.brett[0]))
-            w += NachTyp(wir, dazwischen, G::Gefesselt);
-    }
+    const Bitboard gefesselt =
+        Sperrer(k, sie.brett[Turm] | sie.brett[Dame], sie.brett[Laeufer] | sie.brett[Dame], d.belegt);
+    if (gefesselt & wir.brett[0]) w += NachTyp(wir, gefesselt & wir.brett[0], G::Gefesselt);
     const Bitboard sichereBauern = wir.brett[Bauer] & (~ihre.alle | unsere.alle);
     w += G::DrohungSichererBauer * static_cast<int>(Bitzahl(BauernAngriffe(s, sichereBauern) & ihreFiguren));
     // Pawn pushes that would attack a piece from a safe square.
@@ -365,6 +392,7 @@ template <unsigned s>
     if (turmLinien & ihre.figur[Turm] & sicher) index += G::SicheresSchach[Turm];
     if ((turmLinien | laeuferLinien) & ihre.figur[Dame] & sicher) index += G::SicheresSchach[Dame];
     if (!st.seite[g].anzahl[Dame]) index -= G::OhneDame;
+    if (unsere.figur[Springer] & (KoenigFelder[k] | Bit(k))) index -= G::SpringerVerteidiger;
     if (index > 0) w -= G::Koenigsgefahr[Min(index, 63)];
     return w;
 }

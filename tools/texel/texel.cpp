@@ -180,6 +180,15 @@ std::vector<Parameter_t> Parameterliste() {
     gepackt("TurmSiebteReihe", &G::TurmSiebteReihe, 0, 1);
     gepackt("TurmEingesperrt", &G::TurmEingesperrt, 0, 1);
     gepackt("TurmHinterFreibauer", &G::TurmHinterFreibauer, 0, 1);
+    gepackt("TurmAufDamenlinie", &G::TurmAufDamenlinie, 0, 1);
+    gepackt("LaeuferLangeDiagonale", &G::LaeuferLangeDiagonale, 0, 1);
+    gepackt("KoenigsAbstand", G::KoenigsAbstand, 2, 4);
+    gepackt("BauernloseFlanke", &G::BauernloseFlanke, 0, 1);
+    gepackt("DameSchwach", &G::DameSchwach, 0, 1);
+    gepackt("DameEindringen", &G::DameEindringen, 0, 1);
+    gepackt("FreibauerLinie", G::FreibauerLinie, 0, 4);
+    gepackt("BlockierterBauer", G::BlockierterBauer, 0, 2);
+    gepackt("LaeuferBlockierteBauern", &G::LaeuferBlockierteBauern, 0, 1);
     gepackt("Gefesselt", G::Gefesselt, 1, 6);
     gepackt("DrohungLeicht", G::DrohungLeicht, 1, 6);
     gepackt("DrohungTurm", G::DrohungTurm, 1, 6);
@@ -212,6 +221,9 @@ std::vector<Parameter_t> Parameterliste() {
     ganz("SchwachImRing", &G::SchwachImRing, 0, 1, 1);
     ganz("SicheresSchach", G::SicheresSchach, 2, 6, 1);
     ganz("OhneDame", &G::OhneDame, 0, 1, 1);
+    ganz("SpringerVerteidiger", &G::SpringerVerteidiger, 0, 1, 1);
+    ganz("SkalaBauernBasis", &G::SkalaBauernBasis, 0, 1, 2);
+    ganz("SkalaJeBauer", &G::SkalaJeBauer, 0, 1, 1);
     ganz("FlankenAngriff", &G::FlankenAngriff, 0, 1, 5);
     ganz("FreibauerStufe", G::FreibauerStufe, 4, 8, 1);
     ganz("PasserKoenigGegner", &G::PasserKoenigGegner, 0, 1, 2);
@@ -247,6 +259,8 @@ void Grenzen() {
     G::PasserKoenigGegner = std::max(G::PasserKoenigGegner, 0);
     G::PasserKoenigEigen = std::max(G::PasserKoenigEigen, 0);
     G::Unaufhaltbar = std::max(G::Unaufhaltbar, 0);
+    G::SkalaBauernBasis = std::clamp(G::SkalaBauernBasis, 0, 64);
+    G::SkalaJeBauer = std::max(G::SkalaJeBauer, 0);
 }
 
 // ---- Loss -----------------------------------------------------------------------------
@@ -405,6 +419,15 @@ std::vector<Block_t> Bloecke() {
     p("TurmSiebteReihe", &G::TurmSiebteReihe, 1);
     p("TurmEingesperrt", &G::TurmEingesperrt, 1);
     p("TurmHinterFreibauer", &G::TurmHinterFreibauer, 1);
+    p("TurmAufDamenlinie", &G::TurmAufDamenlinie, 1);
+    p("LaeuferLangeDiagonale", &G::LaeuferLangeDiagonale, 1);
+    p("KoenigsAbstand", G::KoenigsAbstand, 4);
+    p("BauernloseFlanke", &G::BauernloseFlanke, 1);
+    p("DameSchwach", &G::DameSchwach, 1);
+    p("DameEindringen", &G::DameEindringen, 1);
+    p("FreibauerLinie", G::FreibauerLinie, 4);
+    p("BlockierterBauer", G::BlockierterBauer, 2);
+    p("LaeuferBlockierteBauern", &G::LaeuferBlockierteBauern, 1);
     p("Gefesselt", G::Gefesselt, 6);
     p("DrohungLeicht", G::DrohungLeicht, 6);
     p("DrohungTurm", G::DrohungTurm, 6);
@@ -436,6 +459,9 @@ std::vector<Block_t> Bloecke() {
     v.push_back(Blockvon("SicheresSchach", false, G::SicheresSchach, 7));
     v.push_back(Blockvon("FlankenAngriff", false, &G::FlankenAngriff, 1));
     v.push_back(Blockvon("OhneDame", false, &G::OhneDame, 1));
+    v.push_back(Blockvon("SpringerVerteidiger", false, &G::SpringerVerteidiger, 1));
+    v.push_back(Blockvon("SkalaBauernBasis", false, &G::SkalaBauernBasis, 1));
+    v.push_back(Blockvon("SkalaJeBauer", false, &G::SkalaJeBauer, 1));
     v.push_back(Blockvon("Koenigsgefahr", false, G::Koenigsgefahr, 64));
     v.push_back(Blockvon("FreibauerStufe", false, G::FreibauerStufe, 9));
     v.push_back(Blockvon("PasserKoenigGegner", false, &G::PasserKoenigGegner, 1));
