@@ -36,6 +36,8 @@ constexpr Bitboard Koenigsflanke[8] = {
 constexpr Bitboard Lager[2] = {ReihenMaske(1) | ReihenMaske(2) | ReihenMaske(3) | ReihenMaske(4) | ReihenMaske(5),
                                ReihenMaske(8) | ReihenMaske(7) | ReihenMaske(6) | ReihenMaske(5) | ReihenMaske(4)};
 constexpr Bitboard Zentrum = (LinienMaske(3) | LinienMaske(4)) & (ReihenMaske(4) | ReihenMaske(5));
+// The two corner-to-corner diagonals, the only ones through two centre squares.
+constexpr Bitboard LangeDiagonalen = 0x8040201008040201ULL | 0x0102040810204080ULL;
 
 // Squares at exactly distance d from a square, d = 0..7: the nearest man in a few steps.
 struct Ringe_t {
@@ -242,8 +244,10 @@ template <unsigned s>
         w += G::LaeuferBauernFarbe * static_cast<int>(Bitzahl(wir.brett[Bauer] & farbe)) +
              G::LaeuferBlockierteBauern * static_cast<int>(Bitzahl(blockiert & farbe));
         w += G::KoenigsAbstand[Laeufer] * static_cast<int>(Abstand(f, k));
-        const Bitboard diagonale = LaeuferAngriffe(f, bauernAlle);
-        if ((diagonale & Zentrum) & ((diagonale & Zentrum) - 1)) w += G::LaeuferLangeDiagonale;
+        if (Bit(f) & LangeDiagonalen) {
+            const Bitboard mitte = LaeuferAngriffe(f, bauernAlle) & Zentrum;
+            if (mitte & (mitte - 1)) w += G::LaeuferLangeDiagonale;
+        }
     }
 
     liste = wir.Liste(Turm);
