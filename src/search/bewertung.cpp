@@ -288,7 +288,7 @@ template <unsigned s>
         if (Sperrer(f, sie.brett[Turm], sie.brett[Laeufer], d.belegt)) w += G::DameSchwach;
     }
 
-    w += Feldwert(Koenig, s, wir.KoenigsFeld());
+    w += Feldwert(Koenig, s, k);
 
     // Threats against the opponent's men.
     const Bitboard ihreFiguren = sie.brett[0] & ~sie.brett[Bauer] & ~sie.brett[Koenig];
