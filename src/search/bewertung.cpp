@@ -177,7 +177,7 @@ struct Koenigsangriff_t {
 // The king, its neighbours and the squares two steps ahead of it.
 inline Bitboard Koenigszone(unsigned seite, Feld k) {
     const Bitboard z = KoenigFelder[k] | Bit(k);
-    return z | (seite == Weiss ? z >> 8 : z << 8);
+    return z | EinVor(seite, z);
 }
 
 // The terms below are forced inline: each build of the evaluation (see the end
@@ -195,7 +195,7 @@ template <unsigned s>
     const Angriffe_t& ihre = d.angriffe[s];    // made by the opponent
     // Mobility counts the squares a piece could use: not those of the own king and queen,
     // of own pawns that are blocked or still at home, nor squares enemy pawns guard.
-    const Bitboard blockiert = wir.brett[Bauer] & (s == Weiss ? d.belegt << 8 : d.belegt >> 8);
+    const Bitboard blockiert = wir.brett[Bauer] & EinZurueck(s, d.belegt);
     const Bitboard zuHause =
         wir.brett[Bauer] & (s == Weiss ? ReihenMaske(2) | ReihenMaske(3) : ReihenMaske(7) | ReihenMaske(6));
     const Bitboard bereich = ~(wir.brett[Koenig] | wir.brett[Dame] | blockiert | zuHause | ihre.bauern);
@@ -204,8 +204,7 @@ template <unsigned s>
     const Bitboard ring = KoenigFelder[gk];
     const Bitboard vorposten = VorpostenReihen[s] & ~be.spanne[g] & unsere.bauern;
     // Minors developed behind an own pawn; on the back rank it would only reward not moving the pawn.
-    const Bitboard hinterBauern =
-        (s == Weiss ? wir.brett[Bauer] << 8 : wir.brett[Bauer] >> 8) & ~ReihenMaske(s == Weiss ? 1 : 8);
+    const Bitboard hinterBauern = EinZurueck(s, wir.brett[Bauer]) & ~ReihenMaske(s == Weiss ? 1 : 8);
     const Feld k = wir.KoenigsFeld();
     const Bitboard bauernAlle = wir.brett[Bauer] | sie.brett[Bauer];
     const Bitboard damen = wir.brett[Dame] | sie.brett[Dame];
@@ -328,8 +327,8 @@ template <unsigned s>
     const Bitboard sichereBauern = wir.brett[Bauer] & (~ihre.alle | unsere.alle);
     w += G::DrohungSichererBauer * static_cast<int>(Bitzahl(BauernAngriffe(s, sichereBauern) & ihreFiguren));
     // Pawn pushes that would attack a piece from a safe square.
-    Bitboard vorstoss = (s == Weiss ? wir.brett[Bauer] >> 8 : wir.brett[Bauer] << 8) & ~d.belegt;
-    vorstoss |= (s == Weiss ? (vorstoss & ReihenMaske(3)) >> 8 : (vorstoss & ReihenMaske(6)) << 8) & ~d.belegt;
+    Bitboard vorstoss = EinVor(s, wir.brett[Bauer]) & ~d.belegt;
+    vorstoss |= EinVor(s, vorstoss & ReihenMaske(s == Weiss ? 3 : 6)) & ~d.belegt;
     vorstoss &= ~ihre.bauern & (unsere.alle | ~ihre.alle);
     w += G::DrohungBauernvorstoss * static_cast<int>(Bitzahl(BauernAngriffe(s, vorstoss) & ihreFiguren));
     return w;
