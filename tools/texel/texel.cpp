@@ -100,6 +100,119 @@ std::vector<Probe_t> LadeDaten(const char* pfad) {
 
 // ---- Weights ------------------------------------------------------------------------
 
+// One declaration of gewichte.h: where its numbers live, how many it has, which
+// of them the tuner may move and by how much it nudges them.
+struct Gewicht_t {
+    enum Art_t { Gepackt, Kurz, Ganz } art;
+    std::string name;
+    void* zahlen;
+    int anzahl;                                 // numbers of the declaration, in order
+    std::vector<std::pair<int, int>> bereiche;  // the tuned ones, [from, to)
+    double schritt;                             // finite-difference step
+    int zeile;                                  // numbers per row (names; skipping "{}" rows)
+};
+
+using Bereiche_t = std::vector<std::pair<int, int>>;
+
+Gewicht_t Gepackt(const char* name, int32_t* p, int n, Bereiche_t b = {}) {
+    return {Gewicht_t::Gepackt, name, p, n, b.empty() ? Bereiche_t{{0, n}} : b, 50, 0};
+}
+Gewicht_t Kurz(const char* name, int16_t* p, int n, Bereiche_t b = {}, int zeile = 0) {
+    return {Gewicht_t::Kurz, name, p, n, b.empty() ? Bereiche_t{{0, n}} : b, 50, zeile};
+}
+Gewicht_t Ganz(const char* name, int* p, int n, double schritt, Bereiche_t b = {}) {
+    return {Gewicht_t::Ganz, name, p, n, b.empty() ? Bereiche_t{{0, n}} : b, schritt, 0};
+}
+
+// Every weight of the evaluation, in the order the tuner takes them.
+std::vector<Gewicht_t> Gewichtsliste() {
+    constexpr int F = 32;  // squares of a piece-square row
+    return {
+        Gepackt("Materialwert", G::Materialwert, 7, {{1, 6}}),
+        Gepackt("Laeuferpaar", &G::Laeuferpaar, 1),
+        Gepackt("TurmRedundanz", &G::TurmRedundanz, 1),
+        Gepackt("DameRedundanz", &G::DameRedundanz, 1),
+        Ganz("SpringerJeBauer", &G::SpringerJeBauer, 1, 10),
+        Ganz("TurmJeBauer", &G::TurmJeBauer, 1, 10),
+        // Pawns never stand on the first and last rank (rows 0 and 7).
+        Kurz("FeldMg", &G::FeldMg[0][0], 7 * F, {{Bauer * F + 4, Bauer * F + 28}, {Springer * F, 7 * F}}, F),
+        Kurz("FeldEg", &G::FeldEg[0][0], 7 * F, {{Bauer * F + 4, Bauer * F + 28}, {Springer * F, 7 * F}}, F),
+        Gepackt("SpringerMobilitaet", G::SpringerMobilitaet, 9),
+        Gepackt("LaeuferMobilitaet", G::LaeuferMobilitaet, 14),
+        Gepackt("TurmMobilitaet", G::TurmMobilitaet, 15),
+        Gepackt("DameMobilitaet", G::DameMobilitaet, 28),
+        Gepackt("SpringerVorposten", &G::SpringerVorposten, 1),
+        Gepackt("LaeuferVorposten", &G::LaeuferVorposten, 1),
+        Gepackt("SpringerVorpostenErreichbar", &G::SpringerVorpostenErreichbar, 1),
+        Gepackt("LeichtHinterBauer", &G::LeichtHinterBauer, 1),
+        Gepackt("LaeuferBauernFarbe", &G::LaeuferBauernFarbe, 1),
+        Gepackt("TurmOffeneLinie", &G::TurmOffeneLinie, 1),
+        Gepackt("TurmHalboffeneLinie", &G::TurmHalboffeneLinie, 1),
+        Gepackt("TurmSiebteReihe", &G::TurmSiebteReihe, 1),
+        Gepackt("TurmEingesperrt", &G::TurmEingesperrt, 1),
+        Gepackt("TurmHinterFreibauer", &G::TurmHinterFreibauer, 1),
+        Gepackt("TurmAufDamenlinie", &G::TurmAufDamenlinie, 1),
+        Gepackt("LaeuferLangeDiagonale", &G::LaeuferLangeDiagonale, 1),
+        Gepackt("KoenigsAbstand", G::KoenigsAbstand, 4, {{2, 4}}),
+        Gepackt("BauernloseFlanke", &G::BauernloseFlanke, 1),
+        Gepackt("DameSchwach", &G::DameSchwach, 1),
+        Gepackt("DameEindringen", &G::DameEindringen, 1),
+        Gepackt("FreibauerLinie", G::FreibauerLinie, 4),
+        Gepackt("BlockierterBauer", G::BlockierterBauer, 2),
+        Gepackt("LaeuferBlockierteBauern", &G::LaeuferBlockierteBauern, 1),
+        Gepackt("Gefesselt", G::Gefesselt, 6, {{1, 6}}),
+        Gepackt("DrohungLeicht", G::DrohungLeicht, 6, {{1, 6}}),
+        Gepackt("DrohungTurm", G::DrohungTurm, 6, {{1, 6}}),
+        Gepackt("DrohungKoenig", &G::DrohungKoenig, 1),
+        Gepackt("Haengend", &G::Haengend, 1),
+        Gepackt("DrohungSichererBauer", &G::DrohungSichererBauer, 1),
+        Gepackt("DrohungBauernvorstoss", &G::DrohungBauernvorstoss, 1),
+        Gepackt("SpringerAufDame", &G::SpringerAufDame, 1),
+        Gepackt("LaeuferTurmAufDame", &G::LaeuferTurmAufDame, 1),
+        Gepackt("Eingeschraenkt", &G::Eingeschraenkt, 1),
+        Gepackt("Drohungszahl", &G::Drohungszahl[0][0], 6, {{1, 3}, {4, 6}}),
+        Ganz("RaumFaktor", &G::RaumFaktor, 1, 1),
+        Gepackt("ZentrumKontrolle", &G::ZentrumKontrolle, 1),
+        Gepackt("ZentrumDoppelt", &G::ZentrumDoppelt, 1),
+        Gepackt("Isoliert", &G::Isoliert, 1),
+        Gepackt("Rueckstaendig", &G::Rueckstaendig, 1),
+        Gepackt("SchwachUngegenueber", &G::SchwachUngegenueber, 1),
+        Gepackt("Doppelt", &G::Doppelt, 1),
+        Gepackt("Verbunden", G::Verbunden, 9, {{2, 8}}),
+        Gepackt("Gestuetzt", &G::Gestuetzt, 1),
+        Gepackt("Freibauer", G::Freibauer, 9, {{2, 8}}),
+        Kurz("Schildbauer", &G::Schildbauer[0][0], 32),
+        Kurz("SturmFrei", G::SturmFrei, 9),
+        Kurz("SturmBlockiert", G::SturmBlockiert, 9),
+        Ganz("OffeneLinieAmKoenig", &G::OffeneLinieAmKoenig, 1, 50),
+        Ganz("Koenigsgefahr", G::Koenigsgefahr, 64, 50, {{1, 64}}),
+        Ganz("Angreifer", G::Angreifer, 7, 1, {{2, 6}}),
+        Ganz("ZonenTreffer", &G::ZonenTreffer, 1, 1),
+        Ganz("SchwachImRing", &G::SchwachImRing, 1, 1),
+        Ganz("SicheresSchach", G::SicheresSchach, 7, 1, {{2, 6}}),
+        Ganz("OhneDame", &G::OhneDame, 1, 1),
+        Ganz("SpringerVerteidiger", &G::SpringerVerteidiger, 1, 1),
+        Ganz("SkalaBauernBasis", &G::SkalaBauernBasis, 1, 2),
+        Ganz("SkalaJeBauer", &G::SkalaJeBauer, 1, 1),
+        Ganz("FlankenAngriff", &G::FlankenAngriff, 1, 5),
+        Ganz("FreibauerStufe", G::FreibauerStufe, 9, 1, {{4, 8}}),
+        Ganz("PasserKoenigGegner", &G::PasserKoenigGegner, 1, 2),
+        Ganz("PasserKoenigEigen", &G::PasserKoenigEigen, 1, 2),
+        Gepackt("FreierPfad", &G::FreierPfad, 1),
+        Gepackt("StoppSicher", &G::StoppSicher, 1),
+        Gepackt("StoppGedeckt", &G::StoppGedeckt, 1),
+        Ganz("Unaufhaltbar", &G::Unaufhaltbar, 1, 100),
+        Ganz("UnaufhaltbarJeZug", &G::UnaufhaltbarJeZug, 1, 20),
+        Ganz("KoenigBauernAbstand", &G::KoenigBauernAbstand, 1, 10),
+        Ganz("KomplexFreibauer", &G::KomplexFreibauer, 1, 20),
+        Ganz("KomplexBauer", &G::KomplexBauer, 1, 20),
+        Ganz("KomplexUmgehung", &G::KomplexUmgehung, 1, 20),
+        Ganz("KomplexBeideFluegel", &G::KomplexBeideFluegel, 1, 40),
+        Ganz("KomplexBauernendspiel", &G::KomplexBauernendspiel, 1, 40),
+        Ganz("KomplexBasis", &G::KomplexBasis, 1, 50),
+    };
+}
+
 // One tunable number: a half of a packed pair, or a plain integer.
 struct Parameter_t {
     std::string name;
@@ -126,120 +239,28 @@ struct Parameter_t {
 
 std::vector<Parameter_t> Parameterliste() {
     std::vector<Parameter_t> v;
-    auto gepackt = [&](const std::string& name, int32_t* p, int von, int bis) {
-        for (int i = von; i < bis; ++i)
-            for (bool eg : {false, true}) {
+    for (const Gewicht_t& g : Gewichtsliste())
+        for (const auto& [von, bis] : g.bereiche)
+            for (int i = von; i < bis; ++i) {
+                const std::string name = g.zeile ? g.name + "[" + std::to_string(i / g.zeile) + "][" +
+                                                       std::to_string(i % g.zeile) + "]"
+                                                 : g.name + "[" + std::to_string(i) + "]";
                 Parameter_t x;
-                x.name = name + "[" + std::to_string(i) + (eg ? "].eg" : "].mg");
-                x.gepackt = p + i;
-                x.eg = eg;
+                x.name = name;
+                x.schritt = g.schritt;
+                if (g.art == Gewicht_t::Kurz) {
+                    x.kurz = static_cast<int16_t*>(g.zahlen) + i;
+                } else if (g.art == Gewicht_t::Ganz) {
+                    x.ganz = static_cast<int*>(g.zahlen) + i;
+                } else {
+                    x.gepackt = static_cast<int32_t*>(g.zahlen) + i;
+                    x.name = name + ".mg";
+                    v.push_back(x);
+                    x.eg = true;
+                    x.name = name + ".eg";
+                }
                 v.push_back(x);
             }
-    };
-    auto kurz = [&](const std::string& name, int16_t* p, int von, int bis) {
-        for (int i = von; i < bis; ++i) {
-            Parameter_t x;
-            x.name = name + "[" + std::to_string(i) + "]";
-            x.kurz = p + i;
-            v.push_back(x);
-        }
-    };
-    auto ganz = [&](const std::string& name, int* p, int von, int bis, double schritt) {
-        for (int i = von; i < bis; ++i) {
-            Parameter_t x;
-            x.name = name + "[" + std::to_string(i) + "]";
-            x.ganz = p + i;
-            x.schritt = schritt;
-            v.push_back(x);
-        }
-    };
-    gepackt("Materialwert", G::Materialwert, 1, 6);
-    gepackt("Laeuferpaar", &G::Laeuferpaar, 0, 1);
-    gepackt("TurmRedundanz", &G::TurmRedundanz, 0, 1);
-    gepackt("DameRedundanz", &G::DameRedundanz, 0, 1);
-    ganz("SpringerJeBauer", &G::SpringerJeBauer, 0, 1, 10);
-    ganz("TurmJeBauer", &G::TurmJeBauer, 0, 1, 10);
-    // Pawns never stand on the first and last rank (rows 0 and 7).
-    kurz("FeldMg.Bauer", G::FeldMg[Bauer], 4, 28);
-    kurz("FeldEg.Bauer", G::FeldEg[Bauer], 4, 28);
-    for (unsigned t = Springer; t <= Koenig; ++t) {
-        kurz("FeldMg." + std::to_string(t), G::FeldMg[t], 0, 32);
-        kurz("FeldEg." + std::to_string(t), G::FeldEg[t], 0, 32);
-    }
-    gepackt("SpringerMobilitaet", G::SpringerMobilitaet, 0, 9);
-    gepackt("LaeuferMobilitaet", G::LaeuferMobilitaet, 0, 14);
-    gepackt("TurmMobilitaet", G::TurmMobilitaet, 0, 15);
-    gepackt("DameMobilitaet", G::DameMobilitaet, 0, 28);
-    gepackt("SpringerVorposten", &G::SpringerVorposten, 0, 1);
-    gepackt("LaeuferVorposten", &G::LaeuferVorposten, 0, 1);
-    gepackt("SpringerVorpostenErreichbar", &G::SpringerVorpostenErreichbar, 0, 1);
-    gepackt("LeichtHinterBauer", &G::LeichtHinterBauer, 0, 1);
-    gepackt("LaeuferBauernFarbe", &G::LaeuferBauernFarbe, 0, 1);
-    gepackt("TurmOffeneLinie", &G::TurmOffeneLinie, 0, 1);
-    gepackt("TurmHalboffeneLinie", &G::TurmHalboffeneLinie, 0, 1);
-    gepackt("TurmSiebteReihe", &G::TurmSiebteReihe, 0, 1);
-    gepackt("TurmEingesperrt", &G::TurmEingesperrt, 0, 1);
-    gepackt("TurmHinterFreibauer", &G::TurmHinterFreibauer, 0, 1);
-    gepackt("TurmAufDamenlinie", &G::TurmAufDamenlinie, 0, 1);
-    gepackt("LaeuferLangeDiagonale", &G::LaeuferLangeDiagonale, 0, 1);
-    gepackt("KoenigsAbstand", G::KoenigsAbstand, 2, 4);
-    gepackt("BauernloseFlanke", &G::BauernloseFlanke, 0, 1);
-    gepackt("DameSchwach", &G::DameSchwach, 0, 1);
-    gepackt("DameEindringen", &G::DameEindringen, 0, 1);
-    gepackt("FreibauerLinie", G::FreibauerLinie, 0, 4);
-    gepackt("BlockierterBauer", G::BlockierterBauer, 0, 2);
-    gepackt("LaeuferBlockierteBauern", &G::LaeuferBlockierteBauern, 0, 1);
-    gepackt("Gefesselt", G::Gefesselt, 1, 6);
-    gepackt("DrohungLeicht", G::DrohungLeicht, 1, 6);
-    gepackt("DrohungTurm", G::DrohungTurm, 1, 6);
-    gepackt("DrohungKoenig", &G::DrohungKoenig, 0, 1);
-    gepackt("Haengend", &G::Haengend, 0, 1);
-    gepackt("DrohungSichererBauer", &G::DrohungSichererBauer, 0, 1);
-    gepackt("DrohungBauernvorstoss", &G::DrohungBauernvorstoss, 0, 1);
-    gepackt("SpringerAufDame", &G::SpringerAufDame, 0, 1);
-    gepackt("LaeuferTurmAufDame", &G::LaeuferTurmAufDame, 0, 1);
-    gepackt("Eingeschraenkt", &G::Eingeschraenkt, 0, 1);
-    gepackt("Drohungszahl", &G::Drohungszahl[0][0], 1, 3);
-    gepackt("Drohungszahl", &G::Drohungszahl[1][0], 1, 3);
-    ganz("RaumFaktor", &G::RaumFaktor, 0, 1, 1);
-    gepackt("ZentrumKontrolle", &G::ZentrumKontrolle, 0, 1);
-    gepackt("ZentrumDoppelt", &G::ZentrumDoppelt, 0, 1);
-    gepackt("Isoliert", &G::Isoliert, 0, 1);
-    gepackt("Rueckstaendig", &G::Rueckstaendig, 0, 1);
-    gepackt("SchwachUngegenueber", &G::SchwachUngegenueber, 0, 1);
-    gepackt("Doppelt", &G::Doppelt, 0, 1);
-    gepackt("Verbunden", G::Verbunden, 2, 8);
-    gepackt("Gestuetzt", &G::Gestuetzt, 0, 1);
-    gepackt("Freibauer", G::Freibauer, 2, 8);
-    kurz("Schildbauer", &G::Schildbauer[0][0], 0, 32);
-    kurz("SturmFrei", G::SturmFrei, 0, 9);
-    kurz("SturmBlockiert", G::SturmBlockiert, 0, 9);
-    ganz("OffeneLinieAmKoenig", &G::OffeneLinieAmKoenig, 0, 1, 50);
-    ganz("Koenigsgefahr", G::Koenigsgefahr, 1, 64, 50);
-    ganz("Angreifer", G::Angreifer, 2, 6, 1);
-    ganz("ZonenTreffer", &G::ZonenTreffer, 0, 1, 1);
-    ganz("SchwachImRing", &G::SchwachImRing, 0, 1, 1);
-    ganz("SicheresSchach", G::SicheresSchach, 2, 6, 1);
-    ganz("OhneDame", &G::OhneDame, 0, 1, 1);
-    ganz("SpringerVerteidiger", &G::SpringerVerteidiger, 0, 1, 1);
-    ganz("SkalaBauernBasis", &G::SkalaBauernBasis, 0, 1, 2);
-    ganz("SkalaJeBauer", &G::SkalaJeBauer, 0, 1, 1);
-    ganz("FlankenAngriff", &G::FlankenAngriff, 0, 1, 5);
-    ganz("FreibauerStufe", G::FreibauerStufe, 4, 8, 1);
-    ganz("PasserKoenigGegner", &G::PasserKoenigGegner, 0, 1, 2);
-    ganz("PasserKoenigEigen", &G::PasserKoenigEigen, 0, 1, 2);
-    gepackt("FreierPfad", &G::FreierPfad, 0, 1);
-    gepackt("StoppSicher", &G::StoppSicher, 0, 1);
-    gepackt("StoppGedeckt", &G::StoppGedeckt, 0, 1);
-    ganz("Unaufhaltbar", &G::Unaufhaltbar, 0, 1, 100);
-    ganz("UnaufhaltbarJeZug", &G::UnaufhaltbarJeZug, 0, 1, 20);
-    ganz("KoenigBauernAbstand", &G::KoenigBauernAbstand, 0, 1, 10);
-    ganz("KomplexFreibauer", &G::KomplexFreibauer, 0, 1, 20);
-    ganz("KomplexBauer", &G::KomplexBauer, 0, 1, 20);
-    ganz("KomplexUmgehung", &G::KomplexUmgehung, 0, 1, 20);
-    ganz("KomplexBeideFluegel", &G::KomplexBeideFluegel, 0, 1, 40);
-    ganz("KomplexBauernendspiel", &G::KomplexBauernendspiel, 0, 1, 40);
-    ganz("KomplexBasis", &G::KomplexBasis, 0, 1, 50);
     return v;
 }
 
@@ -387,97 +408,15 @@ struct Block_t {
     int zeile = 0;            // elements per row, to skip an empty "{}" row
 };
 
-template <typename T>
-Block_t Blockvon(const std::string& name, bool gepackt, const T* p, std::size_t n, int zeile = 0) {
-    Block_t b{name, gepackt, {}, zeile};
-    for (std::size_t i = 0; i < n; ++i) b.werte.push_back(static_cast<long>(p[i]));
-    return b;
-}
-
 std::vector<Block_t> Bloecke() {
     std::vector<Block_t> v;
-    auto p = [&](const char* n, const int32_t* x, std::size_t k) { v.push_back(Blockvon(n, true, x, k)); };
-    p("Materialwert", G::Materialwert, 7);
-    p("Laeuferpaar", &G::Laeuferpaar, 1);
-    p("TurmRedundanz", &G::TurmRedundanz, 1);
-    p("DameRedundanz", &G::DameRedundanz, 1);
-    v.push_back(Blockvon("SpringerJeBauer", false, &G::SpringerJeBauer, 1));
-    v.push_back(Blockvon("TurmJeBauer", false, &G::TurmJeBauer, 1));
-    v.push_back(Blockvon("FeldMg", false, &G::FeldMg[0][0], 7 * 32, 32));
-    v.push_back(Blockvon("FeldEg", false, &G::FeldEg[0][0], 7 * 32, 32));
-    p("SpringerMobilitaet", G::SpringerMobilitaet, 9);
-    p("LaeuferMobilitaet", G::LaeuferMobilitaet, 14);
-    p("TurmMobilitaet", G::TurmMobilitaet, 15);
-    p("DameMobilitaet", G::DameMobilitaet, 28);
-    p("SpringerVorposten", &G::SpringerVorposten, 1);
-    p("LaeuferVorposten", &G::LaeuferVorposten, 1);
-    p("SpringerVorpostenErreichbar", &G::SpringerVorpostenErreichbar, 1);
-    p("LeichtHinterBauer", &G::LeichtHinterBauer, 1);
-    p("LaeuferBauernFarbe", &G::LaeuferBauernFarbe, 1);
-    p("TurmOffeneLinie", &G::TurmOffeneLinie, 1);
-    p("TurmHalboffeneLinie", &G::TurmHalboffeneLinie, 1);
-    p("TurmSiebteReihe", &G::TurmSiebteReihe, 1);
-    p("TurmEingesperrt", &G::TurmEingesperrt, 1);
-    p("TurmHinterFreibauer", &G::TurmHinterFreibauer, 1);
-    p("TurmAufDamenlinie", &G::TurmAufDamenlinie, 1);
-    p("LaeuferLangeDiagonale", &G::LaeuferLangeDiagonale, 1);
-    p("KoenigsAbstand", G::KoenigsAbstand, 4);
-    p("BauernloseFlanke", &G::BauernloseFlanke, 1);
-    p("DameSchwach", &G::DameSchwach, 1);
-    p("DameEindringen", &G::DameEindringen, 1);
-    p("FreibauerLinie", G::FreibauerLinie, 4);
-    p("BlockierterBauer", G::BlockierterBauer, 2);
-    p("LaeuferBlockierteBauern", &G::LaeuferBlockierteBauern, 1);
-    p("Gefesselt", G::Gefesselt, 6);
-    p("DrohungLeicht", G::DrohungLeicht, 6);
-    p("DrohungTurm", G::DrohungTurm, 6);
-    p("DrohungKoenig", &G::DrohungKoenig, 1);
-    p("Haengend", &G::Haengend, 1);
-    p("DrohungSichererBauer", &G::DrohungSichererBauer, 1);
-    p("DrohungBauernvorstoss", &G::DrohungBauernvorstoss, 1);
-    p("SpringerAufDame", &G::SpringerAufDame, 1);
-    p("LaeuferTurmAufDame", &G::LaeuferTurmAufDame, 1);
-    p("Eingeschraenkt", &G::Eingeschraenkt, 1);
-    p("Drohungszahl", &G::Drohungszahl[0][0], 6);
-    v.push_back(Blockvon("RaumFaktor", false, &G::RaumFaktor, 1));
-    p("ZentrumKontrolle", &G::ZentrumKontrolle, 1);
-    p("ZentrumDoppelt", &G::ZentrumDoppelt, 1);
-    p("Isoliert", &G::Isoliert, 1);
-    p("Rueckstaendig", &G::Rueckstaendig, 1);
-    p("SchwachUngegenueber", &G::SchwachUngegenueber, 1);
-    p("Doppelt", &G::Doppelt, 1);
-    p("Verbunden", G::Verbunden, 9);
-    p("Gestuetzt", &G::Gestuetzt, 1);
-    p("Freibauer", G::Freibauer, 9);
-    v.push_back(Blockvon("Schildbauer", false, &G::Schildbauer[0][0], 32));
-    v.push_back(Blockvon("SturmFrei", false, G::SturmFrei, 9));
-    v.push_back(Blockvon("SturmBlockiert", false, G::SturmBlockiert, 9));
-    v.push_back(Blockvon("OffeneLinieAmKoenig", false, &G::OffeneLinieAmKoenig, 1));
-    v.push_back(Blockvon("Angreifer", false, G::Angreifer, 7));
-    v.push_back(Blockvon("ZonenTreffer", false, &G::ZonenTreffer, 1));
-    v.push_back(Blockvon("SchwachImRing", false, &G::SchwachImRing, 1));
-    v.push_back(Blockvon("SicheresSchach", false, G::SicheresSchach, 7));
-    v.push_back(Blockvon("FlankenAngriff", false, &G::FlankenAngriff, 1));
-    v.push_back(Blockvon("OhneDame", false, &G::OhneDame, 1));
-    v.push_back(Blockvon("SpringerVerteidiger", false, &G::SpringerVerteidiger, 1));
-    v.push_back(Blockvon("SkalaBauernBasis", false, &G::SkalaBauernBasis, 1));
-    v.push_back(Blockvon("SkalaJeBauer", false, &G::SkalaJeBauer, 1));
-    v.push_back(Blockvon("Koenigsgefahr", false, G::Koenigsgefahr, 64));
-    v.push_back(Blockvon("FreibauerStufe", false, G::FreibauerStufe, 9));
-    v.push_back(Blockvon("PasserKoenigGegner", false, &G::PasserKoenigGegner, 1));
-    v.push_back(Blockvon("PasserKoenigEigen", false, &G::PasserKoenigEigen, 1));
-    p("FreierPfad", &G::FreierPfad, 1);
-    p("StoppSicher", &G::StoppSicher, 1);
-    p("StoppGedeckt", &G::StoppGedeckt, 1);
-    v.push_back(Blockvon("Unaufhaltbar", false, &G::Unaufhaltbar, 1));
-    v.push_back(Blockvon("UnaufhaltbarJeZug", false, &G::UnaufhaltbarJeZug, 1));
-    v.push_back(Blockvon("KoenigBauernAbstand", false, &G::KoenigBauernAbstand, 1));
-    v.push_back(Blockvon("KomplexFreibauer", false, &G::KomplexFreibauer, 1));
-    v.push_back(Blockvon("KomplexBauer", false, &G::KomplexBauer, 1));
-    v.push_back(Blockvon("KomplexUmgehung", false, &G::KomplexUmgehung, 1));
-    v.push_back(Blockvon("KomplexBeideFluegel", false, &G::KomplexBeideFluegel, 1));
-    v.push_back(Blockvon("KomplexBauernendspiel", false, &G::KomplexBauernendspiel, 1));
-    v.push_back(Blockvon("KomplexBasis", false, &G::KomplexBasis, 1));
+    for (const Gewicht_t& g : Gewichtsliste()) {
+        Block_t b{g.name, g.art == Gewicht_t::Gepackt, {}, g.zeile};
+        for (int i = 0; i < g.anzahl; ++i)
+            b.werte.push_back(g.art == Gewicht_t::Kurz ? static_cast<const int16_t*>(g.zahlen)[i]
+                                                        : static_cast<const int32_t*>(g.zahlen)[i]);
+        v.push_back(b);
+    }
     return v;
 }
 
