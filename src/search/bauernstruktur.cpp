@@ -53,20 +53,11 @@ int32_t BauernSeite(const Stellung_t& st, Bauerneintrag_t& e) {
         if (phalanx | stuetzen)
             wert += G::Verbunden[reihe] * (2 + (phalanx != 0) - gegenueber) +
                     G::Gestuetzt * static_cast<int>(Bitzahl(stuetzen));
-        const Bitboard stopper = gegner & Bauernmasken.freiMaske[s][f];
-        if (!doppelt && !stopper) {
+        if (!doppelt && !(gegner & Bauernmasken.freiMaske[s][f])) {
             frei |= Bit(f);
             const unsigned linie = LinieVon(f);
             wert += G::Freibauer[reihe] + G::FreibauerLinie[linie < 4 ? linie : 7 - linie];
-        } else if (!doppelt && !gegenueber &&
-                   Bitzahl(stopper) <= Bitzahl(eigene & Bauernmasken.begleiter[s][f])) {
-            wert += G::Kandidat[reihe];
         }
-    }
-    // Passers side by side shield each other's advance.
-    for (Bitboard p = frei; p;) {
-        const Feld f = NimmFeld(p);
-        if (frei & Nachbarlinien(LinieVon(f))) wert += G::FreibauerVerbunden;
     }
     e.freibauern[s] = frei;
     // What the pawns attack now or after advancing: squares no enemy pawn will ever chase a piece from.

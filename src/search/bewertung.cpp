@@ -101,24 +101,6 @@ int Figurenwert(const Seite_t& s) {
     return w;
 }
 
-// The value of the mix of men: each man weighed against the own men of its kind and
-// lesser kinds and against the opponent's lesser kinds.
-int Imbalanz(const Seite_t& x, const Seite_t& y) {
-    const int wir[6] = {x.anzahl[Laeufer] >= 2, x.anzahl[Bauer], x.anzahl[Springer],
-                        x.anzahl[Laeufer],      x.anzahl[Turm],  x.anzahl[Dame]};
-    const int sie[6] = {y.anzahl[Laeufer] >= 2, y.anzahl[Bauer], y.anzahl[Springer],
-                        y.anzahl[Laeufer],      y.anzahl[Turm],  y.anzahl[Dame]};
-    int w = 0;
-    for (int i = 1; i < 6; ++i) {
-        if (wir[i] == 0) continue;
-        int v = 0;
-        for (int j = 0; j <= i; ++j) v += G::ImbalanzEigen[i][j] * wir[j];
-        for (int j = 0; j < i; ++j) v += G::ImbalanzFremd[i][j] * sie[j];
-        w += wir[i] * v;
-    }
-    return w;
-}
-
 // Scale in 64ths when side `s` is ahead: material that wins rarely.
 int Skalierung(const Stellung_t& st, unsigned s) {
     const Seite_t& wir = st.seite[s];
@@ -165,7 +147,6 @@ int Skalierung(const Stellung_t& st, unsigned s) {
         eg += vz * (n + EgWert(w));
         const int bauern = x.anzahl[Bauer] - 5;
         plain += vz * bauern * (G::SpringerJeBauer * x.anzahl[Springer] + G::TurmJeBauer * x.anzahl[Turm]);
-        plain += vz * Imbalanz(x, st.seite[s ^ 1]);
         phase += Phase(x);
     }
     const int p = Min(phase, G::PhaseVoll);

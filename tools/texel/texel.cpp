@@ -120,8 +120,8 @@ Gewicht_t Gepackt(const char* name, int32_t* p, int n, Bereiche_t b = {}) {
 Gewicht_t Kurz(const char* name, int16_t* p, int n, Bereiche_t b = {}, int zeile = 0) {
     return {Gewicht_t::Kurz, name, p, n, b.empty() ? Bereiche_t{{0, n}} : b, 50, zeile};
 }
-Gewicht_t Ganz(const char* name, int* p, int n, double schritt, Bereiche_t b = {}, int zeile = 0) {
-    return {Gewicht_t::Ganz, name, p, n, b.empty() ? Bereiche_t{{0, n}} : b, schritt, zeile};
+Gewicht_t Ganz(const char* name, int* p, int n, double schritt, Bereiche_t b = {}) {
+    return {Gewicht_t::Ganz, name, p, n, b.empty() ? Bereiche_t{{0, n}} : b, schritt, 0};
 }
 
 // Every weight of the evaluation, in the order the tuner takes them.
@@ -134,8 +134,6 @@ std::vector<Gewicht_t> Gewichtsliste() {
         Gepackt("DameRedundanz", &G::DameRedundanz, 1),
         Ganz("SpringerJeBauer", &G::SpringerJeBauer, 1, 10),
         Ganz("TurmJeBauer", &G::TurmJeBauer, 1, 10),
-        Ganz("ImbalanzEigen", &G::ImbalanzEigen[0][0], 36, 25, {{6, 8}, {12, 15}, {18, 22}, {24, 29}, {30, 36}}, 6),
-        Ganz("ImbalanzFremd", &G::ImbalanzFremd[0][0], 36, 25, {{6, 7}, {12, 14}, {18, 21}, {24, 28}, {30, 35}}, 6),
         // Pawns never stand on the first and last rank (rows 0 and 7).
         Kurz("FeldMg", &G::FeldMg[0][0], 7 * F, {{Bauer * F + 4, Bauer * F + 28}, {Springer * F, 7 * F}}, F),
         Kurz("FeldEg", &G::FeldEg[0][0], 7 * F, {{Bauer * F + 4, Bauer * F + 28}, {Springer * F, 7 * F}}, F),
@@ -183,8 +181,6 @@ std::vector<Gewicht_t> Gewichtsliste() {
         Gepackt("Verbunden", G::Verbunden, 9, {{2, 8}}),
         Gepackt("Gestuetzt", &G::Gestuetzt, 1),
         Gepackt("Freibauer", G::Freibauer, 9, {{2, 8}}),
-        Gepackt("FreibauerVerbunden", &G::FreibauerVerbunden, 1),
-        Gepackt("Kandidat", G::Kandidat, 9, {{2, 7}}),
         Kurz("Schildbauer", &G::Schildbauer[0][0], 32),
         Kurz("SturmFrei", G::SturmFrei, 9),
         Kurz("SturmBlockiert", G::SturmBlockiert, 9),
