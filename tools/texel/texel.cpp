@@ -100,6 +100,8 @@ std::vector<Probe_t> LadeDaten(const char* pfad) {
 
 // ---- Weights ------------------------------------------------------------------------
 
+using Bereiche_t = std::vector<std::pair<int, int>>;  // [from, to) element ranges
+
 // One declaration of gewichte.h: where its numbers live, how many it has, which
 // of them the tuner may move and by how much it nudges them.
 struct Gewicht_t {
@@ -107,12 +109,10 @@ struct Gewicht_t {
     std::string name;
     void* zahlen;
     int anzahl;                                 // numbers of the declaration, in order
-    std::vector<std::pair<int, int>> bereiche;  // the tuned ones, [from, to)
+    Bereiche_t bereiche;                        // the tuned ones
     double schritt;                             // finite-difference step
     int zeile;                                  // numbers per row (names; skipping "{}" rows)
 };
-
-using Bereiche_t = std::vector<std::pair<int, int>>;
 
 Gewicht_t Gepackt(const char* name, int32_t* p, int n, Bereiche_t b = {}) {
     return {Gewicht_t::Gepackt, name, p, n, b.empty() ? Bereiche_t{{0, n}} : b, 50, 0};
