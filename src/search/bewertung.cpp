@@ -196,15 +196,14 @@ template <unsigned s>
     // Mobility counts the squares a piece could use: not those of the own king and queen,
     // of own pawns that are blocked or still at home, nor squares enemy pawns guard.
     const Bitboard blockiert = wir.brett[Bauer] & EinZurueck(s, d.belegt);
-    const Bitboard zuHause =
-        wir.brett[Bauer] & (s == Weiss ? ReihenMaske(2) | ReihenMaske(3) : ReihenMaske(7) | ReihenMaske(6));
+    const Bitboard zuHause = wir.brett[Bauer] & (RelativeReihenMaske(s, 2) | RelativeReihenMaske(s, 3));
     const Bitboard bereich = ~(wir.brett[Koenig] | wir.brett[Dame] | blockiert | zuHause | ihre.bauern);
     const Feld gk = sie.KoenigsFeld();
     const Bitboard zone = Koenigszone(g, gk);
     const Bitboard ring = KoenigFelder[gk];
     const Bitboard vorposten = VorpostenReihen[s] & ~be.spanne[g] & unsere.bauern;
     // Minors developed behind an own pawn; on the back rank it would only reward not moving the pawn.
-    const Bitboard hinterBauern = EinZurueck(s, wir.brett[Bauer]) & ~ReihenMaske(s == Weiss ? 1 : 8);
+    const Bitboard hinterBauern = EinZurueck(s, wir.brett[Bauer]) & ~RelativeReihenMaske(s, 1);
     const Feld k = wir.KoenigsFeld();
     const Bitboard bauernAlle = wir.brett[Bauer] | sie.brett[Bauer];
     const Bitboard damen = wir.brett[Dame] | sie.brett[Dame];
@@ -271,7 +270,7 @@ template <unsigned s>
             w += G::TurmHinterFreibauer;
         if (LinienMaske(LinieVon(f)) & damen) w += G::TurmAufDamenlinie;
         if (RelativeReihe(s, f) == 7 &&
-            (RelativeReihe(s, gk) == 8 || (sie.brett[Bauer] & ReihenMaske(s == Weiss ? 7 : 2))))
+            (RelativeReihe(s, gk) == 8 || (sie.brett[Bauer] & RelativeReihenMaske(s, 7))))
             w += G::TurmSiebteReihe;
     }
 
@@ -328,7 +327,7 @@ template <unsigned s>
     w += G::DrohungSichererBauer * static_cast<int>(Bitzahl(BauernAngriffe(s, sichereBauern) & ihreFiguren));
     // Pawn pushes that would attack a piece from a safe square.
     Bitboard vorstoss = EinVor(s, wir.brett[Bauer]) & ~d.belegt;
-    vorstoss |= EinVor(s, vorstoss & ReihenMaske(s == Weiss ? 3 : 6)) & ~d.belegt;
+    vorstoss |= EinVor(s, vorstoss & RelativeReihenMaske(s, 3)) & ~d.belegt;
     vorstoss &= ~ihre.bauern & (unsere.alle | ~ihre.alle);
     w += G::DrohungBauernvorstoss * static_cast<int>(Bitzahl(BauernAngriffe(s, vorstoss) & ihreFiguren));
     return w;

@@ -77,6 +77,10 @@ constexpr Bitboard Nachbarlinien(unsigned linie) {
 // Rank 1..8 as seen from the side: its pawns start on 2 and promote on 8.
 constexpr unsigned RelativeReihe(unsigned seite, Feld f) { return seite == Weiss ? ReiheVon(f) : 9 - ReiheVon(f); }
 constexpr Feld Vor(unsigned seite, Feld f) { return seite == Weiss ? f - 8 : f + 8; }
+// The rank that is rank `reihe` (1..8) from the side's point of view.
+constexpr Bitboard RelativeReihenMaske(unsigned seite, unsigned reihe) {
+    return ReihenMaske(seite == Weiss ? reihe : 9 - reihe);
+}
 // The set moved one rank towards the side's promotion rank, or one rank back.
 constexpr Bitboard EinVor(unsigned seite, Bitboard b) { return seite == Weiss ? b >> 8 : b << 8; }
 constexpr Bitboard EinZurueck(unsigned seite, Bitboard b) { return EinVor(seite ^ 1, b); }
