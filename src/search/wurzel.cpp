@@ -344,7 +344,7 @@ void Suche_t::suchen() {
     vorherigerZug = 0;
     besterZug = 0;
     besterWert = -Matt;
-    int wechsel = 0;
+    double unruhe = 0.0;
     uint64_t knotenVorIteration = 0;
     Zug_t vorherigeAntwort = 0;
 
@@ -380,7 +380,7 @@ void Suche_t::suchen() {
         Zug_t pv[3];
         const int n = Hauptvariante(wurzel[0].zug, pv, 2);
         const bool gewechselt = i >= 2 && wurzel[0].zug != vorherigerZug;
-        wechsel += gewechselt;
+        unruhe = unruhe / 2 + (gewechselt ? 1.0 : 0.0);
         Iterationsdaten_t d;
         d.start = zeit != nullptr ? zeit->start : 0;
         d.tiefenindex = i;
@@ -393,7 +393,7 @@ void Suche_t::suchen() {
         d.vorherigeWertung = vorherigerWert;
         d.besterZug = wurzel[0].zug;
         d.besterZugGewechselt = gewechselt;
-        d.wechselAnzahl = wechsel;
+        d.unruhe = unruhe;
         d.antwortGewechselt = i >= 1 && n >= 2 && pv[1] != vorherigeAntwort;
         d.wurzelzuege = anzahlWurzel;
         d.taktisch = IstTaktisch(wurzel[0].zug);

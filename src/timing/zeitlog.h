@@ -25,7 +25,9 @@
 
 #include "timing/zeitnetz.h"
 
-// The raw facts of one finished iteration, as the root search knows them.
+// The raw facts of one finished iteration, as the root search knows them. The
+// inputs of the built-in network take only the unrest and the score change; the
+// other figures stay gathered for networks that may be fed more of them.
 struct Iterationsdaten_t {
     int64_t start = 0;             // Zeitkontrolle_t::start
     int32_t tiefenindex = 0;
@@ -38,7 +40,7 @@ struct Iterationsdaten_t {
     int32_t vorherigeWertung = 0;  // best score of the previous iteration
     uint32_t besterZug = 0;
     bool besterZugGewechselt = false;  // counted from depth index 2 on
-    int32_t wechselAnzahl = 0;         // best-move changes in this search so far
+    double unruhe = 0.0;               // best-move changes, each halved at every later iteration
     bool antwortGewechselt = false;    // the expected reply differs from the previous iteration's
     int32_t wurzelzuege = 0;           // legal root moves
     bool taktisch = false;             // best move is a capture, promotion or check
@@ -46,23 +48,10 @@ struct Iterationsdaten_t {
     bool eroeffnung = false;           // the root search's opening flag
 };
 
-// The 16 network inputs, each roughly within -1..1:
-//  0 best move changed in this iteration           (0/1)
-//  1 best-move changes so far                      min(n, 4) / 4
-//  2 expected reply changed                        (0/1)
-//  3 score change                                  tanh((score - previous) / 1000)
-//  4 score                                         tanh(score / 3000)
-//  5 mate score                                    (0/1)
-//  6 depth index                                   min(k, 32) / 32
-//  7 elapsed share of the target                   min(ms / target, 2) / 2
-//  8 share of the iteration's nodes on the best move
-//  9 legal root moves                              min(n, 50) / 50
-// 10 best move tactical                            (0/1)
-// 11 threatened men                                min(n, 4) / 4
-// 12 opening                                       (0/1)
-// 13 length of the time control                    tanh(target / 10000 ms)
-// 14 share of all nodes spent in this iteration
-// 15 always 0: the bias node, whose weights the forward pass adds by itself
+// The 16 network inputs: input 1 falls with the unrest of the best move (min(unruhe,
+// 2)), input 3 with the score change (tanh of the change over 1000); the others stay
+// at a fixed working point, where the built-in weights turn these two into a useful
+// value (see zeitlog.cpp). Input 15 is the bias node and stays 0.
 std::array<double, Zeitnetz_t::Eingaben> ZeitEingaben(const Iterationsdaten_t& d);
 
 // One line as read back by the trainer.

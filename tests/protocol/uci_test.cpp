@@ -1,4 +1,5 @@
-// The "position" command of the UCI interpreter: moves, FEN, Chess960 and its error reports.
+// The UCI interpreter: "position" with its moves, FEN, Chess960 and error reports;
+// the clock of "go".
 #include <gtest/gtest.h>
 
 #include <sstream>
@@ -6,6 +7,7 @@
 
 #include "protocol/ausgabe.h"
 #include "protocol/uci.h"
+#include "search/suche_zufall.h"
 #include "timing/zeitkontrolle.h"
 
 namespace {
@@ -77,6 +79,23 @@ TEST(UciPosition, Faelle) {
         EXPECT_EQ(uci.Daten().schluessel, daten.schluessel);
         EXPECT_EQ(uci.Stellung().chess960, soll.chess960);
     }
+}
+
+TEST(UciGo, SuddenDeathNimmtDieFlacheKurve) {
+    // Without moves to go a move may take about T/36 rather than T/53 of the clock; a
+    // control with moves to go keeps the steeper curve.
+    Zeitkontrolle_t zk;
+    Mitschrift_t ausgabe;
+    SucheZufall_t sucher(true);
+    UciInterface_t uci(Optionstabelle, &zk, &ausgabe, &sucher);
+    uci.befehl("go wtime 10200 btime 10200 winc 100 binc 100");
+    sucher.WarteBisUntaetig();
+    EXPECT_EQ(zk.kurve, 1);
+    EXPECT_EQ(zk.ziel, 279);  // T = 10000, D = 36 tanh(2.2) + 0.6
+    uci.befehl("go wtime 10200 btime 10200 movestogo 99");
+    sucher.WarteBisUntaetig();
+    EXPECT_EQ(zk.kurve, 0);
+    EXPECT_EQ(zk.ziel, 188);  // D = 55 tanh(1.89) + 0.5
 }
 
 }  // namespace

@@ -14,18 +14,21 @@
 namespace {
 
 // Searches of 8 iterations whose best move settles at a random one; until then
-// it changes each time, which the first input reports.
+// it changes each time, which the unrest input reports.
 std::string SynthetischesLog(int suchen) {
     std::mt19937 zufall(3);
     std::string log = "# synthetic\n";
     for (int s = 0; s < suchen; ++s) {
         const uint32_t fest = zufall() % 8;
+        double unruhe = 0.0;
         for (uint32_t k = 0; k < 8; ++k) {
             Iterationsdaten_t d;
             d.start = s;
             d.tiefenindex = static_cast<int32_t>(k);
             d.besterZug = k < fest ? 200 + k : 100;
             d.besterZugGewechselt = k < fest;
+            unruhe = unruhe / 2 + (k < fest ? 1.0 : 0.0);
+            d.unruhe = unruhe;
             log += ZeitlogZeile(d) + "\n";
         }
     }
