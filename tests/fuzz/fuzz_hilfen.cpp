@@ -80,14 +80,16 @@ void Verstecke(std::string& s, const char* wort) {
 }  // namespace
 
 const std::string& Verzeichnis() {
-    static const std::string pfad = [] {
+    // Never destroyed: the exit handler that removes the directory still needs the name.
+    static const std::string* const pfad = [] {
         const fs::path p = fs::temp_directory_path() / ("kelvaran_fuzz_" + std::to_string(::getpid()));
         std::error_code f;
         fs::create_directories(p, f);
+        auto* name = new std::string(p.string());
         std::atexit(Entfernen);
-        return p.string();
+        return name;
     }();
-    return pfad;
+    return *pfad;
 }
 
 void Leeren() {
