@@ -190,10 +190,11 @@ Zug_t LeseSanZug(Stellung_t& st, const char* text, const Stellungsdaten_t& daten
                 else if (schlag) kandidaten = BauernAngriffe(seite ^ 1, Bit(nach));
                 else {
                     const int zurueck = seite == Weiss ? 8 : -8;
-                    const Feld eins = static_cast<Feld>(static_cast<int>(nach) + zurueck);
-                    kandidaten = Bit(eins) & eigene.brett[Bauer];
+                    const int eins = static_cast<int>(nach) + zurueck;
+                    // No square lies behind the mover's own back rank: no pawn can get there.
+                    kandidaten = eins >= 0 && eins < 64 ? Bit(static_cast<Feld>(eins)) & eigene.brett[Bauer] : 0;
                     if (!kandidaten && ReiheVon(nach) == (seite == Weiss ? 4u : 5u))
-                        kandidaten = Bit(static_cast<Feld>(static_cast<int>(eins) + zurueck));
+                        kandidaten = Bit(static_cast<Feld>(eins + zurueck));
                 }
         }
         kandidaten &= eigene.brett[typ];

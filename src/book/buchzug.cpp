@@ -73,9 +73,11 @@ bool BuchZug(const Stellung_t& st, const Stellungsdaten_t& daten, const Optionen
     ZugText(st, zug, text);
     char zeile[160];
     const int anteil = static_cast<int>(100.0L * static_cast<long double>(k.gewicht) / summe + 0.5L);
+    // A damaged record may claim more points than its games can give: two half points a game at most.
+    const double punkte = std::min(static_cast<double>(k.punkte), 2.0 * k.partien);
     if (k.partien > 0)
         std::snprintf(zeile, sizeof zeile, "info string book move %s (weight %d%%, %u games, score %d%%)", text,
-                      anteil, k.partien, static_cast<int>(50.0 * k.punkte / k.partien + 0.5));
+                      anteil, k.partien, static_cast<int>(50.0 * punkte / k.partien + 0.5));
     else
         std::snprintf(zeile, sizeof zeile, "info string book move %s (weight %d%%)", text, anteil);
     info = zeile;

@@ -127,6 +127,9 @@ TEST(San, Randfaelle) {
                {"r3k2r/8/8/8/8/8/8/R3K2R b KQkq - 0 1", "O-O-O", Z("e8", "c8", Rochade)},
                {"r3k2r/8/8/8/8/8/8/R3K2R w Qkq - 0 1", "O-O", 0},
                {Shredder, "O-O", Z("f1", "g1", Rochade)},
+               // A pawn push onto the mover's own back rank has no square behind it.
+               {"4k3/8/8/8/8/8/8/4K3 w - - 0 1", "a1|h1", 0},
+               {"4k3/8/8/8/8/8/8/4K3 b - - 0 1", "a8|h8", 0},
            },
            [](Brett& b, const char* text) {
                // Reading tries moves on the board; it must leave the position as it found it.

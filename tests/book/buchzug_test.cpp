@@ -8,6 +8,7 @@
 #include "board/zuggenerator.h"
 #include "board/zugmachen.h"
 #include "book/buchbefehl.h"
+#include "book/buchdatei.h"
 #include "book/buchzug.h"
 #include "book/polyglot.h"
 #include "buch_hilfe.h"
@@ -171,4 +172,16 @@ TEST(Buchzug, AusEigenemBuchUndSchlechteDateien) {
     EXPECT_FALSE(BuchZug(start, daten, optionen, zug, info));
     optionen.SetzeOption("setoption name BookFile value ");
     EXPECT_FALSE(BuchZug(start, daten, optionen, zug, info));
+
+    // A record claiming more points than its games can give is read as all won.
+    Buchzug_t kaputt;
+    kaputt.schluessel = daten.schluessel;
+    kaputt.zug = LeseKoordinatenZug(start, "e2e4");
+    kaputt.gewicht = 10;
+    kaputt.partien = 1;
+    kaputt.punkte = 4000000000u;
+    ASSERT_EQ(Buchdatei::Schreiben(opn.name, {kaputt}, 0), Buchdatei::Status::Ok);
+    optionen.SetzeOption(("setoption name BookFile value " + opn.name).c_str());
+    ASSERT_TRUE(BuchZug(start, daten, optionen, zug, info));
+    EXPECT_EQ(info, "info string book move e2e4 (weight 100%, 1 games, score 100%)");
 }
