@@ -89,6 +89,18 @@ TEST(Programm, EndeDerEingabe) {
     }
 }
 
+// The largest "Hash" is more than this machine holds: the table shrinks to what fits
+// and the engine answers, also after "Clear Hash".
+TEST(Programm, GroessterHashAntwortet) {
+    const Lauf_t l = Starte(
+        "uci\nsetoption name Hash value 32000\nposition startpos\ngo depth 6\nisready\n"
+        "setoption name Clear Hash\ngo depth 6\n");
+    EXPECT_EQ(l.status, 0);
+    int antworten = 0;
+    for (const std::string& zeile : l.aus) antworten += zeile.rfind("bestmove ", 0) == 0;
+    EXPECT_EQ(antworten, 2);
+}
+
 TEST(Programm, PerftAufDerAktuellenStellung) {
     const Lauf_t l = Starte("uci\nposition startpos moves e2e4\nperft depth 1\nperft\nposition startpos\nperft depth 3\n");
     ASSERT_EQ(l.aus.size(), Handshake.size() + 3);
