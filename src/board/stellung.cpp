@@ -112,6 +112,7 @@ const char* LeseFen(Stellung_t& st, const char* text) {
 
     // Castling: KQkq, file letters after K/Q narrowing the rook, or Shredder file letters.
     int eingeengt[2][2] = {{-1, -1}, {-1, -1}};  // [side][0 short, 1 long]
+    if (*p == '\0') return nullptr;  // no castling field, nor en passant
     if (*p == '-') {
         ++p;
     } else {
@@ -185,7 +186,8 @@ const char* LeseFen(Stellung_t& st, const char* text) {
     p = UeberspringeLeer(p);
     if (*p == '-') {
         ++p;
-    } else if (*p) {
+    } else {
+        // A missing field fails like a malformed one.
         const char l = static_cast<char>(std::tolower(static_cast<unsigned char>(*p)));
         if (l < 'a' || l > 'h' || p[1] != (st.amZug == Weiss ? '6' : '3')) return nullptr;
         const Feld ep = FeldAus(static_cast<unsigned>(l - 'a'), st.amZug == Weiss ? 6u : 3u);

@@ -1,11 +1,13 @@
 #include "protocol/programm.h"
 
 #include <cctype>
+#include <chrono>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <mutex>
 #include <new>
+#include <thread>
 #include <vector>
 
 #include <unistd.h>
@@ -150,14 +152,21 @@ int Programm(int argc, char** argv, std::istream& ein, std::ostream& aus, std::o
         }
     }
 
-    // Input ran out: a running search is stopped and waited for before anything is destroyed.
+    // Input ran out: the interpreter gets "position startpos" and "quit", as if the GUI
+    // had sent them. A search with a limit runs to its end and answers; one that only
+    // "stop" ends (infinite or pondering) is stopped first, since no "stop" can come.
     if (!beendet && eingabe != nullptr) {
-        // No "stop" can come any more: a pondering or infinite search would keep
-        // "position" waiting for ever, so it is ended first.
-        if (sucher != nullptr) sucher->Stop();
-        // The XBoard adapter's "quit" silences its output first: a GUI that has gone
-        // gets no error line for the "position" that follows.
-        if (xboard != nullptr) xboard->befehl("quit");
+        if (xboard != nullptr) {
+            // The adapter answers a move with a ponder search that another thread starts:
+            // waiting for the idle searcher could catch that search. Its "quit" stops it.
+            while (sucher != nullptr && sucher->Sucht() && !sucher->EndetNurAufStop())
+                std::this_thread::sleep_for(std::chrono::milliseconds(5));
+            // Silent from here on: a GUI that has gone gets no error line for the
+            // "position" that follows.
+            xboard->befehl("quit");
+        } else if (sucher != nullptr && sucher->EndetNurAufStop()) {
+            sucher->Stop();
+        }
         eingabe->befehl("position startpos");
         eingabe->befehl("quit");
     }

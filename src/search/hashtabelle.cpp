@@ -1,11 +1,28 @@
 #include "search/hashtabelle.h"
 
-#include <new>
+#include <algorithm>
+#include <atomic>
+#include <cstdlib>
+#include <cstring>
+
+#include <unistd.h>
 
 namespace {
 
 constexpr uint64_t GenerationMaske = 15;
 constexpr uint64_t Ersetzungsmaske = 0x0FFFF7F0;  // depth, bound, reserved bit, 127 - nonPvPlies
+constexpr uint64_t Mindestrand = 512ull << 20;
+
+// Every thread reads and writes the words without a lock; a torn pair of key and data
+// is accepted (the search checks a table move before it plays it).
+uint64_t Lade(uint64_t& wort) { return std::atomic_ref<uint64_t>(wort).load(std::memory_order_relaxed); }
+void Schreibe(uint64_t& wort, uint64_t wert) { std::atomic_ref<uint64_t>(wort).store(wert, std::memory_order_relaxed); }
+
+// Zeroed memory: large blocks come straight from the system, whose pages are zero and
+// cost nothing until they are touched.
+Hashtabelle_t::Eintrag_t* NeuesFeld(uint64_t eintraege) {
+    return static_cast<Hashtabelle_t::Eintrag_t*>(std::calloc(eintraege, sizeof(Hashtabelle_t::Eintrag_t)));
+}
 
 int TtWert(int wert, int ply) {
     if (wert < -MattGrenze + 1) wert -= ply;
@@ -14,6 +31,16 @@ int TtWert(int wert, int ply) {
 }
 
 }  // namespace
+
+uint64_t SpeicherObergrenze() {
+    const long seiten = sysconf(_SC_PHYS_PAGES), seite = sysconf(_SC_PAGE_SIZE);
+    if (seiten <= 0 || seite <= 0) return ~uint64_t{0};
+    const uint64_t physisch = static_cast<uint64_t>(seiten) * static_cast<uint64_t>(seite);
+    const uint64_t rand = std::min(std::max(physisch / 4, Mindestrand), physisch / 2);
+    return physisch - rand;
+}
+
+void Hashtabelle_t::Freigabe_t::operator()(Eintrag_t* p) const { std::free(p); }
 
 uint64_t PackeTt(const TtDaten_t& d, int ply, unsigned generation) {
     int wert = TtWert(d.wert, ply) + Matt;
@@ -44,21 +71,23 @@ TtDaten_t EntpackeTt(uint64_t wort, int ply) {
 void Hashtabelle_t::clear() {
     generation = 1;
     if (!eintraege) return;
-    for (uint64_t i = 0; i < indexbereich + 4; ++i) {
-        eintraege[i].schluessel.store(0, std::memory_order_relaxed);
-        eintraege[i].daten.store(0, std::memory_order_relaxed);
+    // A fresh zeroed array instead of writing zeros over every page of the old one.
+    if (Eintrag_t* frisch = NeuesFeld(indexbereich + 4)) {
+        eintraege.reset(frisch);
+        return;
     }
+    std::memset(static_cast<void*>(eintraege.get()), 0, (indexbereich + 4) * sizeof(Eintrag_t));
 }
 
 bool Hashtabelle_t::probe(uint64_t schluessel, int ply, TtDaten_t& aus) {
     Eintrag_t* e = &eintraege[Bucket(schluessel)];
     for (int i = 0; i < 4; ++i, ++e) {
-        if (e->schluessel.load(std::memory_order_relaxed) != schluessel) continue;
-        const uint64_t wort = e->daten.load(std::memory_order_relaxed);
+        if (Lade(e->schluessel) != schluessel) continue;
+        const uint64_t wort = Lade(e->daten);
         aus = EntpackeTt(wort, ply);
         // A hit makes an old entry current again.
         if ((wort & GenerationMaske) != generation)
-            e->daten.store((wort & ~GenerationMaske) | generation, std::memory_order_relaxed);
+            Schreibe(e->daten, (wort & ~GenerationMaske) | generation);
         return true;
     }
     return false;
@@ -69,7 +98,7 @@ void Hashtabelle_t::store(uint64_t schluessel, int ply, const TtDaten_t& d) {
     Eintrag_t* bucket = &eintraege[Bucket(schluessel)];
     Eintrag_t* ziel = nullptr;
     for (int i = 0; i < 4; ++i) {
-        if (bucket[i].schluessel.load(std::memory_order_relaxed) == schluessel) {
+        if (Lade(bucket[i].schluessel) == schluessel) {
             ziel = &bucket[i];
             break;
         }
@@ -79,7 +108,7 @@ void Hashtabelle_t::store(uint64_t schluessel, int ply, const TtDaten_t& d) {
         // weakest bound and farthest from the principal variation (the later on a tie).
         uint64_t kleinster = ~uint64_t{0};
         for (int i = 0; i < 4; ++i) {
-            const uint64_t w = bucket[i].daten.load(std::memory_order_relaxed);
+            const uint64_t w = Lade(bucket[i].daten);
             if ((w & GenerationMaske) != generation) {
                 ziel = &bucket[i];
                 break;
@@ -91,8 +120,8 @@ void Hashtabelle_t::store(uint64_t schluessel, int ply, const TtDaten_t& d) {
             }
         }
     }
-    ziel->schluessel.store(schluessel, std::memory_order_relaxed);
-    ziel->daten.store(wort, std::memory_order_relaxed);
+    Schreibe(ziel->schluessel, schluessel);
+    Schreibe(ziel->daten, wort);
 }
 
 int Hashtabelle_t::hashfull() const {
@@ -101,20 +130,24 @@ int Hashtabelle_t::hashfull() const {
     if (indexbereich > 2200) von = 4, bis = 2004;  // a fixed sample; the first four are skipped
     uint64_t zaehler = 0;
     for (uint64_t i = von; i < bis; ++i)
-        zaehler += (eintraege[i].daten.load(std::memory_order_relaxed) & GenerationMaske) == generation;
+        zaehler += (Lade(eintraege[i].daten) & GenerationMaske) == generation;
     return static_cast<int>(zaehler * 1000 / (bis - von));
 }
 
-void Hashtabelle_t::resize(uint64_t bytes) {
+void Hashtabelle_t::resize(uint64_t bytes, uint64_t obergrenze) {
     if (bytes == angefordert) return;
     eintraege.reset();
+    indexbereich = 0;
     angefordert = bytes;
     uint64_t groesse = bytes < 1600 ? 1600 : bytes;
     for (;;) {
-        indexbereich = groesse / 16 - 4;
-        // Value-initialised: every key and data word starts at 0.
-        eintraege.reset(new (std::nothrow) Eintrag_t[indexbereich + 4]);
-        if (eintraege) break;
+        // More than the machine can hold would be granted by an overcommitting system
+        // and fail only when the pages are touched: it is refused here instead.
+        if (groesse <= obergrenze) {
+            indexbereich = groesse / 16 - 4;
+            eintraege.reset(NeuesFeld(indexbereich + 4));
+            if (eintraege) break;
+        }
         groesse -= groesse / 16;  // shrink by a sixteenth until it fits
         if (groesse < 16001) {
             indexbereich = 0;

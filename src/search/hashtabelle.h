@@ -32,11 +32,18 @@ struct TtDaten_t {
 uint64_t PackeTt(const TtDaten_t& d, int ply, unsigned generation);
 TtDaten_t EntpackeTt(uint64_t wort, int ply);
 
+// The bytes a table may take on this machine: its physical memory less a margin for
+// everything else (a quarter, at least 512 MB, at most half); no limit when the system
+// does not say.
+uint64_t SpeicherObergrenze();
+
 class Hashtabelle_t {
 public:
+    // Plain words read and written through atomic_ref: the array can then come zeroed
+    // from the system, page by page as it is first touched, instead of being cleared by hand.
     struct Eintrag_t {
-        std::atomic<uint64_t> schluessel{0};
-        std::atomic<uint64_t> daten{0};
+        uint64_t schluessel;
+        uint64_t daten;
     };
 
     Hashtabelle_t() = default;
@@ -51,15 +58,19 @@ public:
     bool probe(uint64_t schluessel, int ply, TtDaten_t& aus);
     void store(uint64_t schluessel, int ply, const TtDaten_t& d);
     int hashfull() const;
-    // Same byte count as last time: nothing happens, the contents stay.
-    void resize(uint64_t bytes);
+    // Same byte count as last time: nothing happens, the contents stay. A size beyond
+    // `obergrenze` fails like an allocation the system refuses: the table shrinks.
+    void resize(uint64_t bytes, uint64_t obergrenze = SpeicherObergrenze());
 
     // Bucket start: the key's high half scaled onto the index range.
     uint64_t Bucket(uint64_t schluessel) const { return ((schluessel >> 32) * indexbereich) >> 32; }
     void Vorladen(uint64_t schluessel) const { __builtin_prefetch(&eintraege[Bucket(schluessel)]); }
 
 private:
-    std::unique_ptr<Eintrag_t[]> eintraege;
+    struct Freigabe_t {
+        void operator()(Eintrag_t* p) const;
+    };
+    std::unique_ptr<Eintrag_t[], Freigabe_t> eintraege;
     uint64_t indexbereich = 0;       // entries - 4
     uint64_t angefordert = 0;        // bytes last asked for
     uint32_t generation = 1;

@@ -44,6 +44,7 @@ void Sucher_t::Go(const Suchauftrag_t& neu) {
     Uebernehmen();
     stop.store(false, std::memory_order_relaxed);
     ponder.store((neu.flags & StartPonder) != 0, std::memory_order_relaxed);
+    ohneEnde.store(neu.unendlich, std::memory_order_relaxed);
     startSemaphor.release();
     quittungSemaphor.acquire();
 }
@@ -51,6 +52,12 @@ void Sucher_t::Go(const Suchauftrag_t& neu) {
 void Sucher_t::WarteBisUntaetig() {
     untaetigSemaphor.acquire();
     untaetigSemaphor.release();
+}
+
+bool Sucher_t::Sucht() {
+    if (!untaetigSemaphor.try_acquire()) return true;
+    untaetigSemaphor.release();
+    return false;
 }
 
 void Sucher_t::Stop() {

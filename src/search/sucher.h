@@ -54,6 +54,12 @@ public:
     void Stop();
     // Returns when no search is running.
     void WarteBisUntaetig();
+    // A search runs (or is about to start) right now.
+    bool Sucht();
+    // The running search ends only on "stop": it ponders or is infinite.
+    bool EndetNurAufStop() const {
+        return ponder.load(std::memory_order_relaxed) || ohneEnde.load(std::memory_order_relaxed);
+    }
     // Stops and ends the thread; true when it ended normally.
     bool Herunterfahren();
 
@@ -75,6 +81,7 @@ protected:
 private:
     static void* Einstieg(void* sucher);
 
+    std::atomic<bool> ohneEnde{false};  // the last "go" was infinite
     std::counting_semaphore<100> startSemaphor{0};
     std::counting_semaphore<100> quittungSemaphor{0};
     std::counting_semaphore<100> untaetigSemaphor{1};

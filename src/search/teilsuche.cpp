@@ -64,13 +64,16 @@ void Teilungspool_t::WeckeAlle(Teilungspunkt_t* sp) {
     anzahlWartende = 0;
 }
 
-void Teilungspool_t::Anmelden(Suche_t* sucher) {
+bool Teilungspool_t::Anmelden(Suche_t* sucher) {
     std::lock_guard<std::mutex> l(sperre);
+    if (sucher->terminieren.load(std::memory_order_relaxed)) return false;
     if (anzahlWartende < MaxSucher) wartende[anzahlWartende++] = sucher;
+    return true;
 }
 
 void Teilungspool_t::Abmelden(Suche_t* sucher) {
     std::lock_guard<std::mutex> l(sperre);
+    sucher->terminieren.store(true, std::memory_order_relaxed);
     for (int i = 0; i < anzahlWartende; ++i) {
         if (wartende[i] != sucher) continue;
         wartende[i] = wartende[--anzahlWartende];
@@ -123,7 +126,8 @@ bool Suche_t::SucheArbeit() {
 void Suche_t::DienerKoerper() {
     while (!terminieren.load(std::memory_order_relaxed)) {
         if (SucheArbeit()) continue;
-        pool->Anmelden(this);
+        // The terminate flag may have been set since the loop looked at it.
+        if (!pool->Anmelden(this)) break;
         // A split point's moves are often gone within a fraction of a millisecond:
         // look for the wake-up a little while before going to sleep on it.
         bool geweckt = false;

@@ -70,9 +70,11 @@ public:
     Teilungspunkt_t* Nehmen(int tiefe);
     // Hands the split point to every waiting searcher and wakes them.
     void WeckeAlle(Teilungspunkt_t* sp);
-    // Registers the searcher as waiting; it then blocks on its own semaphore.
-    void Anmelden(Suche_t* sucher);
-    // Removes a searcher from the waiting table (before it is shut down).
+    // Registers the searcher as waiting; it then blocks on its own semaphore. False
+    // for a searcher that is being ended: it must not wait any more.
+    bool Anmelden(Suche_t* sucher);
+    // Marks the searcher as ending and removes it from the waiting table (before it
+    // is shut down); under the same lock as Anmelden, so it cannot register after this.
     void Abmelden(Suche_t* sucher);
 
     Teilungspunkt_t punkte[AnzahlTeilungspunkte];

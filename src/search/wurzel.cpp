@@ -143,7 +143,9 @@ int Suche_t::Hauptvariante(uint32_t erster, Zug_t* zuege, int max) {
     uint32_t zug = erster;
     uint64_t gesehen[64];
     while (n < max && n < 64 && zug != 0) {
-        if (!SpielzugMachen(st, static_cast<Zug_t>(zug), r, daten)) break;
+        // A key collision or a torn entry may name any move word: only a legal one is made.
+        if (!IstLegal(st, static_cast<Zug_t>(zug), daten) || !SpielzugMachen(st, static_cast<Zug_t>(zug), r, daten))
+            break;
         zuege[n++] = static_cast<Zug_t>(zug);
         bool wiederholt = WiederholungsRemis(st) || FuenfzigZuegeRemis(st);
         for (int i = 0; i + 1 < n; ++i) wiederholt |= gesehen[i] == daten.schluessel;
@@ -262,7 +264,8 @@ int Suche_t::Wurzelsuche(int tiefe, int vorher) {
             bool leise = (tiefe < 3 && jetzt < 1000) ||
                          (tiefe >= 3 && j == 0 && std::abs(wert - vorher) <= 100 && zug == vorherigerZug && jetzt < 1001);
             if (jedeZeile || wert >= MattGrenze || wert < -MattGrenze + 1) leise = false;
-            if (multiPv == 1) MeldeVariante(zug, wert, alpha, beta, tiefe / 2, leise);
+            // Also with several lines: time, nodes and the XBoard thinking come from here.
+            MeldeVariante(zug, wert, alpha, beta, tiefe / 2, leise);
         }
 
         if (wert > alpha) {

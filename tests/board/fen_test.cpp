@@ -46,6 +46,11 @@ TEST(Fen, AnnehmenOderAblehnen) {
         {"rnbqkbnr/pppppppp/9/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", false},
         {"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR", false},
         {"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkx - 0 1", false},
+        // castling and en passant must both be there; the clocks may be left out
+        {"4k3/8/8/8/8/8/8/4K3 w -", false},
+        {"4k3/8/8/8/8/8/8/4K3 b - ", false},
+        {"4k3/8/8/8/8/8/8/4K3 w", false},
+        {"4k3/8/8/8/8/8/8/4K3 w - -", true},
     };
     for (const auto& [fen, gut] : faelle) EXPECT_EQ(Brett(fen).ok, gut) << '"' << fen << '"';
 }

@@ -1,6 +1,7 @@
 // The program entry: command line, protocol choice and the input loop, on scripted input.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <regex>
@@ -54,6 +55,53 @@ TEST(Programm, Skripte) {
         EXPECT_EQ(l.aus, aus);
         EXPECT_EQ(l.fehler, fehler);
     }
+}
+
+// The input ends without "quit": a search with a limit still answers with the move it
+// found (a mate in three, which the first iteration does not see); one that only "stop"
+// would end is stopped and answers too.
+TEST(Programm, EndeDerEingabe) {
+    const std::string matt = "r5rk/5p1p/5R2/4B3/8/8/7P/7K w - - 0 1\n";
+    const auto Enthaelt = [](const Lauf_t& l, const std::string& zeile) {
+        return std::find(l.aus.begin(), l.aus.end(), zeile) != l.aus.end();
+    };
+    const Lauf_t uci = Starte("uci\nposition fen " + matt + "go depth 10\n");
+    EXPECT_EQ(uci.status, 0);
+    ASSERT_FALSE(uci.aus.empty());
+    EXPECT_TRUE(std::regex_match(uci.aus.back(), std::regex("bestmove f6a6( ponder [a-h][1-8][a-h][1-8])?")))
+        << uci.aus.back();
+    EXPECT_TRUE(std::regex_match(uci.aus[uci.aus.size() - 2], std::regex("info depth .* score mate 3 .*")));
+
+    const Lauf_t xboard = Starte("xboard\nprotover 2\nsd 10\nsetboard " + matt + "go\n");
+    EXPECT_EQ(xboard.status, 0);
+    EXPECT_TRUE(Enthaelt(xboard, "move f6a6"));
+
+    for (const char* go : {"go infinite", "go ponder wtime 100000 btime 100000"}) {
+        const Lauf_t l = Starte(std::string("uci\nposition fen ") + matt + go + "\n");
+        EXPECT_EQ(l.status, 0) << go;
+        ASSERT_FALSE(l.aus.empty()) << go;
+        EXPECT_EQ(l.aus.back().rfind("bestmove ", 0), 0u) << go;
+    }
+    // Analysis, and a ponder search that the adapter starts after its move, end as well.
+    for (const char* skript : {"analyze\n", "hard\nlevel 40 0:05 0\ngo\n"}) {
+        const Lauf_t l = Starte("xboard\nprotover 2\nsetboard " + matt + skript);
+        EXPECT_EQ(l.status, 0) << skript;
+    }
+}
+
+// The largest "Hash" is more than this machine holds: the table shrinks to what fits
+// and the engine answers, also after "Clear Hash".
+TEST(Programm, GroessterHashAntwortet) {
+#if defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "the thread sanitizer's allocator writes every page of a zeroed block";
+#endif
+    const Lauf_t l = Starte(
+        "uci\nsetoption name Hash value 32000\nposition startpos\ngo depth 6\nisready\n"
+        "setoption name Clear Hash\ngo depth 6\n");
+    EXPECT_EQ(l.status, 0);
+    int antworten = 0;
+    for (const std::string& zeile : l.aus) antworten += zeile.rfind("bestmove ", 0) == 0;
+    EXPECT_EQ(antworten, 2);
 }
 
 TEST(Programm, PerftAufDerAktuellenStellung) {

@@ -42,6 +42,10 @@ const Fall_t Faelle[] = {
     {"position startpos moves e2e4 xyz", NachE4, "position: illegal move: xyz|"},
     {"position fen 4k3/8/8/8/8/8/4P3/4K3 w - - 0 1 moves e2e4 e8d7", "8/3k4/8/8/4P3/8/8/4K3 w - - 0 2", ""},
     {"position fen xyz/8 w - - 0 1 moves e2e4", Start, "position: Illegal FEN string: xyz/8 w - - 0 1 moves e2e4|"},
+    // Without the en-passant field, or without castling and en passant: no FEN either.
+    {"position fen 4k3/8/8/8/8/8/8/4K3 w -", Start, "position: Illegal FEN string: 4k3/8/8/8/8/8/8/4K3 w -|"},
+    {"position fen 4k3/8/8/8/8/8/8/4K3 b", Start, "position: Illegal FEN string: 4k3/8/8/8/8/8/8/4K3 b|"},
+    {"position fen 4k3/8/8/8/8/8/8/4K3 b - - moves e8d7", "8/3k4/8/8/8/8/8/4K3 w - - 0 1", ""},
     {"position", NachE4, "'position' without 'startpos' and without 'fen'|"},
     // Eleven knights, nine pawns, two kings: beyond the piece limits. Ten knights are still a position.
     {"position fen NNNNNNNN/NNN2k2/8/8/8/8/8/4K3 w - - 0 1", Start,

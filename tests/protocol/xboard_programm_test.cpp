@@ -2,6 +2,7 @@
 // complete games and input that makes no sense.
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <random>
 #include <regex>
 #include <sstream>
@@ -9,6 +10,7 @@
 #include <vector>
 
 #include "protocol/uci.h"
+#include "search/suche.h"
 #include "search/suche_zufall.h"
 #include "timing/zeitkontrolle.h"
 #include "xboard_hilfen.h"
@@ -92,6 +94,37 @@ TEST(XBoardProgramm, VollstaendigeZufallspartie) {
     ASSERT_NE(partie.Ergebnis(), nullptr);
     EXPECT_EQ(ergebnis, partie.Ergebnis());
     EXPECT_EQ(zuege, partie.Halbzuege());
+}
+
+TEST(XBoardProgramm, DenkausgabeUndWertMitMehrerenLinien) {
+    // MultiPV from the settings file: thinking lines and the score that the draw and
+    // resign decisions read still come from the best line.
+    const std::string ini = testing::TempDir() + "Kelvaran.ini";
+    {
+        std::ofstream f(ini);
+        f << "setoption name MultiPV value 3\nsetoption name OwnBook value false\n";
+    }
+    std::ostringstream aus;
+    Zeitkontrolle_t zk{};
+    XBoardAusgabe_t ausgabe(&zk, aus);
+    Suche_t sucher;
+    UciInterface_t uci(Optionstabelle, &zk, &ausgabe, &sucher);
+    ausgabe.optionen = &uci.Optionen();
+    XBoardInterface_t xboard(&uci, &uci.Optionen(), &ausgabe, ini);
+    ausgabe.xboard = &xboard;
+    for (const char* befehl : {"xboard", "protover 2", "post", "sd 6", "setboard 4k3/pp6/8/3q4/8/8/PP1R4/4K3 w - - 0 1", "go"})
+        xboard.befehl(befehl);
+    sucher.WarteBisUntaetig();
+    EXPECT_EQ(uci.Optionen().Zahl(uci.Optionen().Index("MultiPV")), 3);
+    const Zeilen_t z = NachDenMerkmalen(Zeilen(aus.str()));
+    ASSERT_FALSE(z.empty());
+    EXPECT_EQ(z.back(), "move d2d5");
+    bool denken = false;
+    for (const std::string& zeile : z) denken |= std::regex_match(zeile, std::regex("[0-9]+ [0-9]+ [0-9]+ [0-9]+ d2d5.*"));
+    EXPECT_TRUE(denken);
+    EXPECT_GT(ausgabe.Stand().letzterWert, 5000);
+    EXPECT_LT(ausgabe.Stand().letzterWert, 450000);
+    xboard.befehl("quit");
 }
 
 TEST(XBoardProgramm, UnsinnigeEingabenSindHarmlos) {

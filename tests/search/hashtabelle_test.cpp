@@ -1,6 +1,8 @@
 // The transposition table: packing, mate scores, replacement, fill and resizing.
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include "search/hashtabelle.h"
 
 namespace {
@@ -111,6 +113,30 @@ TEST(Hashtabelle, FuellungUndGroesse) {
     EXPECT_FALSE(t.probe(Schluessel(2654435761u, 1), 0, aus));
     t.resize(2 << 20);
     EXPECT_EQ(t.Indexbereich(), (2u << 20) / 16 - 4);
+}
+
+TEST(Hashtabelle, NieMehrAlsDieMaschineHaelt) {
+    // Beyond the limit the table shrinks by sixteenths: it ends at the first size that fits.
+    constexpr uint64_t Mb = 1 << 20;
+    Hashtabelle_t t;
+    t.resize(100 * Mb, 10 * Mb);
+    ASSERT_TRUE(t.Vorhanden());
+    const uint64_t bytes = (t.Indexbereich() + 4) * 16;
+    EXPECT_LE(bytes, 10 * Mb);
+    EXPECT_GT(bytes, 10 * Mb - 10 * Mb / 16);
+    TtDaten_t aus;
+    t.store(Schluessel(5, 5), 0, Daten(5, 5));
+    EXPECT_TRUE(t.probe(Schluessel(5, 5), 0, aus));
+    // Below the limit the request is granted whole; a limit too small for any table leaves none.
+    t.resize(3 * Mb, 10 * Mb);
+    EXPECT_EQ(t.Indexbereich(), 3 * Mb / 16 - 4);
+    t.resize(1 * Mb, 10000);
+    EXPECT_FALSE(t.Vorhanden());
+
+    // This machine's limit lies below its memory and leaves at least half of it.
+    const uint64_t physisch = static_cast<uint64_t>(sysconf(_SC_PHYS_PAGES)) * static_cast<uint64_t>(sysconf(_SC_PAGE_SIZE));
+    EXPECT_LT(SpeicherObergrenze(), physisch);
+    EXPECT_GE(SpeicherObergrenze(), physisch / 2);
 }
 
 }  // namespace

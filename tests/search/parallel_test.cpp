@@ -91,4 +91,23 @@ TEST(ParalleleSuche, StopZuJederZeit) {
     }
 }
 
+// Threads made for one search and ended at the next, over and over: a searcher ended
+// just as it was about to wait must never stay in the pool's table of waiting ones
+// (the next split would wake a searcher that no longer exists).
+TEST(ParalleleSuche, ThreadsKommenUndGehen) {
+    Werkzeugsuche_t suche;
+    const Stellung_t st = Fen(Mittelspiel);
+    for (int i = 0; i < 150; ++i) {
+        const int n = (i % 3 == 2) ? 1 : 2 + i % 4;
+        Threads(suche, n);
+        if (i % 5 == 4) {
+            suche.Starte(st, 60, 0, 0);
+            std::this_thread::sleep_for(std::chrono::microseconds(500 + 100 * (i % 7)));
+            ASSERT_TRUE(Legal(st, suche.Stoppe())) << "round " << i;
+        } else {
+            ASSERT_TRUE(Legal(st, suche.Suche(st, 2 + i % 3, 0, 0))) << "round " << i;
+        }
+    }
+}
+
 }  // namespace
