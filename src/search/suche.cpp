@@ -28,8 +28,6 @@ inline bool BauerVorUmwandlung(uint32_t zug) {
     return Art(zug) == BauernZug && (reihe == 7 || reihe == 2);
 }
 
-constexpr Bitboard Ecken = Bit(0) | Bit(7) | Bit(56) | Bit(63);
-
 }  // namespace
 
 bool Suche_t::Gestoppt() {
@@ -256,7 +254,7 @@ int Suche_t::Suche(int alpha, int beta, Suchrahmen_t* r, int tiefe, int nonPv) {
                 a = wert;
                 if (wert >= beta) {
                     schranke = SchrankeUnten;
-                    Schnitt(r, zug, geschlagen != 0, z.gemacht, tiefe);
+                    zugwahl::NachSchnitt(r, zug, geschlagen != 0, z.gemacht, tiefe, historie);
                     break;
                 }
                 schranke = SchrankeExakt;
@@ -351,19 +349,6 @@ int Suche_t::ZugSuchen(Suchrahmen_t* r, uint32_t zug, const Knotenlage_t& lage, 
     NimmZurueck(kind, sicherung);
     if (!IstMatt(wert)) wert += r->wertVersatz;
     return wert;
-}
-
-void Suche_t::Schnitt(Suchrahmen_t* r, uint32_t zug, bool geschlagen, int gemacht, int tiefe) {
-    // Killers: not answers on the last move's square (they come as recaptures
-    // anyway), not en passant, and not into a corner.
-    const uint32_t vorzug = (r - 1)->zug;
-    const bool killerArt = P::NurRuhigeZuegeMerken ? !geschlagen && Art(zug) < UmwandlungSpringer : Art(zug) != EnPassant;
-    if (killerArt && Nach(zug) != Nach(vorzug) && zug != r->killer[0] && !(Bit(Nach(zug)) & Ecken)) {
-        r->killer[1] = r->killer[0];
-        r->killer[0] = static_cast<Zug_t>(zug);
-    }
-    // A first move that cuts was already tried first: nothing to learn.
-    if (gemacht > 1 && !(P::NurRuhigeZuegeMerken && geschlagen)) historie.Loben(zug, tiefe);
 }
 
 int Suche_t::Ruhesuche(int alpha, int beta, Suchrahmen_t* r, int qtiefe, bool remisGeprueft) {

@@ -110,8 +110,6 @@ private:
     static constexpr int Beschnitten = -2 * Matt;  // the move was pruned, not searched
     int ZugSuchen(Suchrahmen_t* r, uint32_t zug, const Knotenlage_t& lage, const Zugzaehler_t& z, int a, int b,
                   int beta, int tiefe, int nonPv);
-    // After a cut by a move: killers and history.
-    void Schnitt(Suchrahmen_t* r, uint32_t zug, bool geschlagen, int gemacht, int tiefe);
 
     // Parallel search: offer the rest of the node's moves; true when the split
     // searched them (the node's results are then updated).

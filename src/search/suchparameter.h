@@ -11,29 +11,29 @@ namespace Suchparameter {
 
 // Captures sorted by the victim's value too; the king-move and killer bonuses
 // only for quiet moves.
-constexpr bool SchlagzuegeNachOpferwert = true;
+constexpr bool SchlagzuegeNachOpferwert = false;
 // Pawn endings sorted with the general key instead of history, queening and the
 // rank the captured pawn has reached.
-constexpr bool BauernendspielAllgemeinSortieren = true;
+constexpr bool BauernendspielAllgemeinSortieren = false;
 // No late-move reduction in check, for a checking move, or for a special move
 // (promotion, castling, en passant).
-constexpr bool ReduktionSchontSchachUndSonderzuege = true;
+constexpr bool ReduktionSchontSchachUndSonderzuege = false;
 // Captures neither become killers nor gain history; no special move becomes a killer.
-constexpr bool NurRuhigeZuegeMerken = true;
+constexpr bool NurRuhigeZuegeMerken = false;
 // History in steps of 32, the table halved above 60000 and quartered at every "go".
-constexpr bool HistorieFeinUndGealtert = true;
+constexpr bool HistorieFeinUndGealtert = false;
 // A null move that finds a mate cuts with beta instead of the mate score.
-constexpr bool NullzugMattAlsBeta = true;
+constexpr bool NullzugMattAlsBeta = false;
 // In check the node is not evaluated (0) and no move is pruned by futility.
-constexpr bool ImSchachOhneBewertung = true;
+constexpr bool ImSchachOhneBewertung = false;
 // The capture search searches a losing capture that answers a check.
-constexpr bool SchachVerlustschlaegeSuchen = true;
+constexpr bool SchachVerlustschlaegeSuchen = false;
 // The capture search clears the killers of its ply.
-constexpr bool RuhesucheLoeschtKiller = true;
+constexpr bool RuhesucheLoeschtKiller = false;
 // The first iteration runs to its end whatever the hard limit says.
-constexpr bool ErsteIterationOhneGrenze = true;
+constexpr bool ErsteIterationOhneGrenze = false;
 // With one line, a root move overtaken by a better one loses its exact mark.
-constexpr bool WurzelUeberholtNichtExakt = true;
+constexpr bool WurzelUeberholtNichtExakt = false;
 
 // --- Figures (scores in tenths of a centipawn, depths in half plies) ---
 

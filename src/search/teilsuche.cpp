@@ -253,7 +253,8 @@ void Suche_t::Teilsuche(Teilungspunkt_t* sp, Suchrahmen_t* r) {
         sp->alpha = wert;
         if (wert >= sp->beta) {
             sp->schranke = SchrankeUnten;
-            Schnitt(sp->rahmen, zug, geschlagen != 0, z.gemacht, sp->tiefe.load(std::memory_order_relaxed));
+            zugwahl::NachSchnitt(sp->rahmen, zug, geschlagen != 0, z.gemacht, sp->tiefe.load(std::memory_order_relaxed),
+                                 historie);
             sp->abbruch.store(true, std::memory_order_relaxed);  // the others stop at once
             return;
         }

@@ -117,6 +117,24 @@ inline uint32_t* Rueckschlag(uint32_t* anfang, uint32_t* ende, Feld ziel, unsign
 // Scores the moves from r->aktuell to r->ende and sorts them, highest first.
 void Sortieren(Suchrahmen_t* r, const Stellung_t& st, const Historie_t& historie);
 
+constexpr Bitboard Ecken = Bit(0) | Bit(7) | Bit(56) | Bit(63);
+
+// After move `zug` cut at a node of this depth with `gemacht` moves counted: the
+// killers of the node and the history.
+inline void NachSchnitt(Suchrahmen_t* r, uint32_t zug, bool geschlagen, int gemacht, int tiefe, Historie_t& historie) {
+    // Killers: not answers on the last move's square (they come as recaptures
+    // anyway), not en passant, and not into a corner.
+    const uint32_t vorzug = (r - 1)->zug;
+    const bool killerArt = Suchparameter::NurRuhigeZuegeMerken ? !geschlagen && Art(zug) < UmwandlungSpringer
+                                                              : Art(zug) != EnPassant;
+    if (killerArt && Nach(zug) != Nach(vorzug) && zug != r->killer[0] && !(Bit(Nach(zug)) & Ecken)) {
+        r->killer[1] = r->killer[0];
+        r->killer[0] = static_cast<Zug_t>(zug);
+    }
+    // A move that cut as the first one was already tried first: nothing to learn.
+    if (gemacht > 1 && !(Suchparameter::NurRuhigeZuegeMerken && geschlagen)) historie.Loben(zug, tiefe);
+}
+
 }  // namespace zugwahl
 
 // The next move of the frame's list, 0 when none is left.
