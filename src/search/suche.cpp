@@ -7,33 +7,26 @@
 #include "board/zuggenerator.h"
 #include "search/endspiel.h"
 #include "search/material.h"
+#include "search/suchparameter.h"
 #include "timing/zeitkontrolle.h"
 
 namespace {
 
-// Piece values of the capture tests, by piece type.
-constexpr int Steinwert[7] = {0, 1, 3, 3, 5, 10, 99};
+namespace P = Suchparameter;
+using P::Steinwert;
+using zugwahl::FigurAuf;
 
-constexpr int NullzugReduktion(int tiefe) { return 8 + 2 * (tiefe >= 20) + 2 * (tiefe >= 36); }
+constexpr int NullzugReduktion(int tiefe) {
+    return P::NullzugR + P::NullzugStufe * (tiefe >= P::NullzugStufe1) + P::NullzugStufe * (tiefe >= P::NullzugStufe2);
+}
 
 inline bool IstMatt(int wert) { return wert >= MattGrenze || wert < -MattGrenze + 1; }
-
-// The piece of side `s` on square f, 0 when there is none.
-inline unsigned FigurAuf(const Seite_t& s, Feld f) {
-    const Bitboard b = Bit(f);
-    if (!(s.brett[0] & b)) return 0;
-    for (unsigned t = Bauer; t < Koenig; ++t)
-        if (s.brett[t] & b) return t;
-    return Koenig;
-}
 
 // A pawn arriving on the seventh rank (or the second, for Black) is one step from queening.
 inline bool BauerVorUmwandlung(uint32_t zug) {
     const unsigned reihe = ReiheVon(Nach(zug));
     return Art(zug) == BauernZug && (reihe == 7 || reihe == 2);
 }
-
-constexpr Bitboard Ecken = Bit(0) | Bit(7) | Bit(56) | Bit(63);
 
 }  // namespace
 
@@ -162,7 +155,7 @@ int Suche_t::Suche(int alpha, int beta, Suchrahmen_t* r, int tiefe, int nonPv) {
                 if (wirGewinnen > 0 && beta < MattGrenze) return beta;
                 if (wirGewinnen == 0 && !(alpha < 1 && beta >= 0)) return 0;
                 // A known result steers the search: won lines score above, lost below.
-                r->wertVersatz = wirGewinnen * 1500;
+                r->wertVersatz = wirGewinnen * P::BitbaseVersatz;
             }
         }
     }
@@ -172,7 +165,7 @@ int Suche_t::Suche(int alpha, int beta, Suchrahmen_t* r, int tiefe, int nonPv) {
     const bool imSchach = ImSchach(stellung, r->daten);
     const bool nullErlaubt = tiefe >= 2 && !imSchach && !r->drohung;
 
-    r->eval = imSchach ? 0 : StatischeBewertung(r);
+    r->eval = P::ImSchachOhneBewertung && imSchach ? 0 : StatischeBewertung(r);
     const int eval = r->eval;
     r->zuegeGemacht = r->schlaegeGemacht = r->kinderGesucht = 0;
     r->drohFelder = r->drohAngreifer = 0;
@@ -208,7 +201,8 @@ int Suche_t::Suche(int alpha, int beta, Suchrahmen_t* r, int tiefe, int nonPv) {
             int wert = -Suche(-beta, -alpha, kind, tiefe - NullzugReduktion(tiefe), nonPv + 1);
             NimmZurueck(kind, sicherung);
             if (Abbruch()) return 0;
-            if (wert >= beta && nonPv > 0) return wert >= MattGrenze ? beta : wert;
+            // Below an open window the null move never cuts: the line must be searched.
+            if (wert >= beta && nonPv > 0) return P::NullzugMattAlsBeta && wert >= MattGrenze ? beta : wert;
             if (wert < -MattGrenze && alpha >= -MattGrenze + 1) r->drohung = true;
             if (kind->besterZug) {
                 r->drohFelder = Bit(Nach(kind->besterZug));
@@ -226,7 +220,7 @@ int Suche_t::Suche(int alpha, int beta, Suchrahmen_t* r, int tiefe, int nonPv) {
     int32_t schranke = SchrankeOben;
     bool beschnitten = false;
 
-    if (tiefe >= 10)
+    if (tiefe >= P::VorpruefungTiefe)
         Vorpruefung(r, beta, tiefe);
     else if (!imSchach && r->tt.zug == 0)
         ErstenZugRaten(r);
@@ -236,7 +230,7 @@ int Suche_t::Suche(int alpha, int beta, Suchrahmen_t* r, int tiefe, int nonPv) {
     bool teilen = pool != nullptr && tiefe >= 4;
     const uint64_t knotenVorErstem = knoten;
     uint32_t zug;
-    while ((zug = NaechsterZug(r)) != 0) {
+    while ((zug = NaechsterZug(r, stellung, historie)) != 0) {
         if (Abbruch()) break;
         r->zug = static_cast<Zug_t>(zug);
         if (!ZugMachenLegal(stellung, static_cast<Zug_t>(zug), r->daten, kind->daten, kind->rueck)) continue;
@@ -260,7 +254,7 @@ int Suche_t::Suche(int alpha, int beta, Suchrahmen_t* r, int tiefe, int nonPv) {
                 a = wert;
                 if (wert >= beta) {
                     schranke = SchrankeUnten;
-                    Schnitt(r, zug, geschlagen != 0, z.gemacht, tiefe);
+                    zugwahl::NachSchnitt(r, zug, geschlagen != 0, z.gemacht, tiefe, historie);
                     break;
                 }
                 schranke = SchrankeExakt;
@@ -269,7 +263,7 @@ int Suche_t::Suche(int alpha, int beta, Suchrahmen_t* r, int tiefe, int nonPv) {
         b = a + 1;
         if (teilen) {
             // A first move that cost almost nothing hints at a node that will cut soon.
-            if (r->zuegeGemacht == 1 && knoten - knotenVorErstem < 18)
+            if (r->zuegeGemacht == 1 && knoten - knotenVorErstem < P::TeilungMindestKnoten)
                 teilen = false;
             else if (Teilen(r, lage, a, beta, best, schranke, beschnitten, tiefe, nonPv))
                 break;
@@ -319,17 +313,21 @@ int Suche_t::ZugSuchen(Suchrahmen_t* r, uint32_t zug, const Knotenlage_t& lage, 
 
     // Futility: a quiet move cannot lift a hopeless static score above alpha.
     const int eval = lage.eval;
-    if (e == 0 && !lage.imSchach && Art(zug) < UmwandlungSpringer && !BauerVorUmwandlung(zug) && tiefe < 4 &&
-        !geschlagen && a >= -MattGrenze + 1 && b < MattGrenze && !(eval == 0 && z.erstesKind) &&
-        ((tiefe < 2 && eval + 1000 < a) || eval + 5000 < a)) {
+    if (e == 0 && !(P::ImSchachOhneBewertung && lage.imSchach) && Art(zug) < UmwandlungSpringer &&
+        !BauerVorUmwandlung(zug) && tiefe < P::FutilitaetTiefe && !geschlagen && a >= -MattGrenze + 1 &&
+        b < MattGrenze && !(eval == 0 && z.erstesKind) &&
+        ((tiefe < 2 && eval + P::FutilitaetMargeFlach < a) || eval + P::FutilitaetMarge < a)) {
         NimmZurueck(kind, sicherung);
         return Beschnitten;
     }
 
     // Late-move reductions.
     int red = 0;
-    if (tiefe >= 2 && z.gemacht >= 2 && !lage.imSchach && !gibtSchach && Art(zug) < UmwandlungSpringer && !z.killer &&
-        !(Bit(Von(zug)) & r->drohFelder) && !(Bit(Nach(zug)) & r->drohAngreifer)) {
+    const bool verschont = P::ReduktionSchontSchachUndSonderzuege &&
+                           (lage.imSchach || gibtSchach || Art(zug) >= UmwandlungSpringer);
+    // Killers and moves that touch the null move's threat keep their depth.
+    if (tiefe >= 2 && z.gemacht >= 2 && !verschont && !z.killer && !(Bit(Von(zug)) & r->drohFelder) &&
+        !(Bit(Nach(zug)) & r->drohAngreifer)) {
         bool reduzieren = true;
         if (geschlagen) {
             // Only a capture that looks bad: a more valuable man takes a guarded one.
@@ -340,8 +338,8 @@ int Suche_t::ZugSuchen(Suchrahmen_t* r, uint32_t zug, const Knotenlage_t& lage, 
             int n = z.gemacht + z.schlaege + (z.schlaege >= 3 ? 3 : 0) + (nonPv > 4) + 2 * (r->geschlagen != 0) +
                     (nonPv & 1);
             red = 2;
-            if (n > 7) red = std::max(((tiefe + 6) / 8) * 2, 2);
-            if (n > 13) red = std::max(tiefe * 5 / 16, red);
+            if (n > P::ReduktionZaehlerMittel) red = std::max(((tiefe + 6) / 8) * 2, 2);
+            if (n > P::ReduktionZaehlerStark) red = std::max(tiefe * 5 / 16, red);
         }
     }
 
@@ -351,27 +349,6 @@ int Suche_t::ZugSuchen(Suchrahmen_t* r, uint32_t zug, const Knotenlage_t& lage, 
     NimmZurueck(kind, sicherung);
     if (!IstMatt(wert)) wert += r->wertVersatz;
     return wert;
-}
-
-void Suche_t::Schnitt(Suchrahmen_t* r, uint32_t zug, bool geschlagen, int gemacht, int tiefe) {
-    // Killers: quiet moves that are not simply answers on the last square.
-    const uint32_t vorzug = (r - 1)->zug;
-    if (!geschlagen && Art(zug) < UmwandlungSpringer && Nach(zug) != Nach(vorzug) && zug != r->killer[0] &&
-        !(Bit(Nach(zug)) & Ecken)) {
-        r->killer[1] = r->killer[0];
-        r->killer[0] = static_cast<Zug_t>(zug);
-    }
-    if (gemacht > 1 && !geschlagen) LobeZug(zug, tiefe);
-}
-
-void Suche_t::LobeZug(uint32_t zug, int tiefe) {
-    int32_t& h = historie[Art(zug) & 7][Nach(zug)];
-    h += (tiefe / 2 + 2) * 32;
-    if (h > 60000) {
-        // Age the whole table, so old successes fade and the values stay in range.
-        for (auto& zeile : historie)
-            for (int32_t& wert : zeile) wert /= 2;
-    }
 }
 
 int Suche_t::Ruhesuche(int alpha, int beta, Suchrahmen_t* r, int qtiefe, bool remisGeprueft) {
@@ -405,7 +382,7 @@ int Suche_t::Ruhesuche(int alpha, int beta, Suchrahmen_t* r, int qtiefe, bool re
 
     r->aktuell = r->liste;
     r->tt.zug = 0;
-    r->killer[0] = r->killer[1] = 0;
+    if constexpr (P::RuhesucheLoeschtKiller) r->killer[0] = r->killer[1] = 0;
     if (imSchach) {
         r->ende = ErzeugeZuege(stellung, r->daten, r->liste);
     } else {
@@ -413,17 +390,17 @@ int Suche_t::Ruhesuche(int alpha, int beta, Suchrahmen_t* r, int qtiefe, bool re
         // that narrows as the capture sequence grows longer.
         const Seite_t& gegner = stellung.seite[sie];
         const Bitboard gedeckt = r->daten.angriffe[wir].alle;  // squares their men defend
-        int marge = 750 + 65 * qtiefe;
-        if (gegner.anzahl[0] - gegner.anzahl[Bauer] - 1 == 1) marge += 500;
+        int marge = P::RuheMarge + P::RuheMargeJeStufe * qtiefe;
+        if (gegner.anzahl[0] - gegner.anzahl[Bauer] - 1 == 1) marge += P::RuheMargeEinzelfigur;
         Bitboard opfer = 0;
         for (unsigned t = Bauer; t <= Dame; ++t) {
             const int ueberschuss = standPat + MaterialGewinn(t, gegner.anzahl[t]) + marge - alpha;
             if (ueberschuss <= 0) continue;
-            opfer |= gegner.brett[t] & (ueberschuss > 530 ? ~Bitboard{0} : ~gedeckt);
+            opfer |= gegner.brett[t] & (ueberschuss > P::RuheGedecktUeber ? ~Bitboard{0} : ~gedeckt);
             if (t == Bauer) opfer |= gegner.brett[Bauer] & 0x00ff00000000ff00ULL;
             if (Art(vor->zug) != Nullzug && (gegner.brett[t] & Bit(Nach(vor->zug)))) opfer |= Bit(Nach(vor->zug));
         }
-        const bool umwandlungen = qtiefe == -1 && standPat + 770 > alpha;
+        const bool umwandlungen = qtiefe == -1 && standPat + P::RuheUmwandlungMarge > alpha;
         r->ende = ErzeugeSchlagzuege(stellung, r->daten, opfer, umwandlungen, r->liste);
     }
     r->stufe = StufeHashGegeben;
@@ -432,12 +409,13 @@ int Suche_t::Ruhesuche(int alpha, int beta, Suchrahmen_t* r, int qtiefe, bool re
     Sicherung_t sicherung;
     const Bitboard gedeckt = r->daten.angriffe[wir].alle;
     uint32_t zug;
-    while ((zug = NaechsterZug(r)) != 0) {
+    while ((zug = NaechsterZug(r, stellung, historie)) != 0) {
         if (Abbruch()) break;
         r->zug = static_cast<Zug_t>(zug);
         if (!ZugMachenLegal(stellung, static_cast<Zug_t>(zug), r->daten, kind->daten, kind->rueck)) continue;
-        if (!imSchach && Art(zug) <= Koenig && (Bit(Nach(zug)) & gedeckt) &&
-            Steinwert[Art(zug)] > Steinwert[kind->rueck.geschlagenTyp] && !ImSchach(stellung, kind->daten)) {
+        const unsigned opfer = kind->rueck.geschlagenTyp;
+        if (!(P::SchachVerlustschlaegeSuchen && imSchach) && opfer && Art(zug) <= Koenig && (Bit(Nach(zug)) & gedeckt) &&
+            Steinwert[Art(zug)] > Steinwert[opfer] && !ImSchach(stellung, kind->daten)) {
             // A losing capture: a dearer man takes a guarded one, and it gives no check.
             kind->rueck.Zuruecknehmen();
             continue;
@@ -457,117 +435,6 @@ int Suche_t::Ruhesuche(int alpha, int beta, Suchrahmen_t* r, int qtiefe, bool re
         }
     }
     return best;
-}
-
-// ---------------------------------------------------------------------------
-// Move picker: the hash move, then a recapture on the last move's square, then
-// everything else sorted once.
-
-uint32_t Suche_t::NaechsterZug(Suchrahmen_t* r) {
-    switch (r->stufe) {
-        case StufeHashzug: {
-            r->stufe = StufeHashGegeben;
-            const uint32_t hz = static_cast<uint32_t>(r->tt.zug) & 0xffff;
-            if (hz != 0) {
-                for (uint32_t* p = r->aktuell; p < r->ende; ++p) {
-                    if (*p == hz) {
-                        std::swap(*p, *r->aktuell);
-                        return *r->aktuell++;
-                    }
-                }
-            }
-        }
-            [[fallthrough]];
-        case StufeHashGegeben: {
-            r->stufe = StufeSortieren;
-            const uint32_t vorzug = (r - 1)->zug;
-            const Bitboard unsere = r->daten.angriffe[stellung.amZug ^ 1].alle;
-            if (Art(vorzug) != Nullzug && (unsere & Bit(Nach(vorzug)))) {
-                // Ranks by kind: the cheapest recapturer first, queening above all.
-                static constexpr int Rang[13] = {0, 10, 8, 6, 4, 3, 5, 2, 1, 1, 12, 0, 10};
-                const Feld ziel = Nach(vorzug);
-                uint32_t* wahl = nullptr;
-                int besterRang = -1000;
-                for (uint32_t* p = r->aktuell; p < r->ende; ++p) {
-                    if (Nach(*p) != ziel && Art(*p) != EnPassant) continue;
-                    const int rang = Rang[Art(*p)];
-                    if (wahl == nullptr) {
-                        besterRang = rang;
-                        if (Art(*p) == BauernZug) {
-                            const bool nachH = Nach(*p) == Von(*p) + (stellung.amZug == Weiss ? -7 : 9);
-                            besterRang += (LinieVon(Von(*p)) <= 2 && nachH) ? 1 : -1;
-                        }
-                        wahl = p;
-                    } else if (rang > besterRang) {
-                        besterRang = rang;
-                        wahl = p;
-                    }
-                }
-                if (wahl != nullptr) {
-                    std::swap(*wahl, *r->aktuell);
-                    return *r->aktuell++;
-                }
-            }
-        }
-            [[fallthrough]];
-        case StufeSortieren:
-            SortiereZuege(r);
-            r->stufe = StufeSortiert;
-            [[fallthrough]];
-        case StufeSortiert:
-            if (r->sortiertIndex < r->sortiertAnzahl)
-                return 0xffff - static_cast<uint32_t>(r->sortierschluessel[r->sortiertIndex++] & 0xffff);
-            return 0;
-    }
-    return 0;
-}
-
-void Suche_t::SortiereZuege(Suchrahmen_t* r) {
-    const unsigned wir = stellung.amZug;
-    const Seite_t& gegner = stellung.seite[wir ^ 1];
-    const Bitboard gedeckt = r->daten.angriffe[wir].alle;  // squares the opponent attacks
-    const Bitboard gegnerBauernNachbarn = [&] {
-        Bitboard b = gegner.brett[Bauer], n = 0;
-        while (b) n |= KoenigFelder[NimmFeld(b)];
-        return n;
-    }();
-    const uint32_t vorzug = (r - 1)->zug;
-    const Feld vorziel = Art(vorzug) != Nullzug ? Nach(vorzug) : 64;
-    static constexpr uint64_t Umwandlungsbonus[13] = {0, 0, 0, 0, 0, 0, 0, 1u << 18, 0, 0, 1u << 27, 0, 0};
-
-    int n = 0;
-    for (uint32_t* p = r->aktuell; p < r->ende; ++p) {
-        const uint32_t zug = *p;
-        const unsigned art = Art(zug);
-        const Feld nach = Nach(zug);
-        int32_t h = historie[art & 7][nach];
-        if (h > 65535) h = 65535;
-        uint64_t schluessel = static_cast<uint64_t>((h & ~127) + 65664) * 512 + Umwandlungsbonus[art];
-        const unsigned opfer = art == EnPassant ? Bauer : FigurAuf(gegner, nach);
-        if (opfer) {
-            // Captures first, the most valuable victim first.
-            schluessel += (uint64_t{1} << 27) + (static_cast<uint64_t>(Steinwert[opfer]) << 22);
-            if (nach == vorziel) schluessel += uint64_t{1} << 19;
-            if (!(Bit(nach) & gedeckt)) schluessel += uint64_t{1} << 21;
-            if (art == EnPassant) schluessel += uint64_t{1} << 24;
-        } else {
-            if (!(Bit(nach) & gedeckt)) schluessel += uint64_t{1} << 20;
-            if (art == Koenig && (Bit(nach) & gegnerBauernNachbarn)) schluessel += uint64_t{1} << 18;
-            if (zug == r->killer[0]) schluessel += uint64_t{1} << 21;
-            else if (zug == r->killer[1]) schluessel += uint64_t{3} << 19;
-        }
-        const uint64_t eintrag = (schluessel << 16) | (0xffff - zug);
-        // Insertion sort, highest first: the lists are short.
-        int i = n++;
-        while (i > 0 && r->sortierschluessel[i - 1] < eintrag) {
-            r->sortierschluessel[i] = r->sortierschluessel[i - 1];
-            --i;
-        }
-        r->sortierschluessel[i] = eintrag;
-    }
-    r->sortiertAnzahl = n;
-    r->sortiertIndex = 0;
-    r->aktuell = r->ende;
 }
 
 // At great depth: a move whose child the table already knows to fail high for

@@ -14,6 +14,7 @@
 #include "search/suchrahmen.h"
 #include "search/sucher.h"
 #include "search/teilung.h"
+#include "search/zugwahl.h"
 #include "timing/zeitlog.h"
 #include "timing/zeitnetz.h"
 
@@ -88,9 +89,7 @@ private:
     // A capture, promotion or check: the time network weighs such a best move differently.
     bool IstTaktisch(uint32_t zug);
 
-    // Move picker.
-    uint32_t NaechsterZug(Suchrahmen_t* r);
-    void SortiereZuege(Suchrahmen_t* r);
+    // Move-order aids before the move loop: they set the frame's hash move.
     void Vorpruefung(Suchrahmen_t* r, int beta, int tiefe);
     void ErstenZugRaten(Suchrahmen_t* r);
 
@@ -111,8 +110,6 @@ private:
     static constexpr int Beschnitten = -2 * Matt;  // the move was pruned, not searched
     int ZugSuchen(Suchrahmen_t* r, uint32_t zug, const Knotenlage_t& lage, const Zugzaehler_t& z, int a, int b,
                   int beta, int tiefe, int nonPv);
-    // After a cut by a move: killers and history.
-    void Schnitt(Suchrahmen_t* r, uint32_t zug, bool geschlagen, int gemacht, int tiefe);
 
     // Parallel search: offer the rest of the node's moves; true when the split
     // searched them (the node's results are then updated).
@@ -127,8 +124,6 @@ private:
     void WarteAufArbeiter(Teilungspunkt_t* sp);
     void DienerKoerper();
     bool SucheArbeit();
-    // A quiet move that cut: its history grows with the depth.
-    void LobeZug(uint32_t zug, int tiefe);
 
     // Key history: the game's keys, then one per ply of the current line.
     void Schiebe(uint64_t schluessel) { stellung.Historie[stellung.historieAnzahl++] = schluessel; }
@@ -148,7 +143,7 @@ private:
     Hashtabelle_t tabelle;
     std::unique_ptr<Bauerncache_t> bauerncache;
     std::unique_ptr<Materialcache_t> materialcache;
-    int32_t historie[16][64]{};
+    Historie_t historie;
 
     uint64_t knoten = 0;
     int selTiefe = 0;

@@ -224,7 +224,7 @@ void Suche_t::Teilsuche(Teilungspunkt_t* sp, Suchrahmen_t* r) {
             if (Abbruch()) return;
             // The owner's move picker gives the moves to everyone; the sort uses
             // the taker's history, on the taker's copy of the same position.
-            while ((zug = NaechsterZug(sp->rahmen)) != 0)
+            while ((zug = NaechsterZug(sp->rahmen, stellung, historie)) != 0)
                 if (ZugMachenLegal(stellung, static_cast<Zug_t>(zug), r->daten, kind->daten, kind->rueck)) break;
             if (zug == 0) {
                 sp->erschoepft.store(true, std::memory_order_relaxed);
@@ -257,7 +257,8 @@ void Suche_t::Teilsuche(Teilungspunkt_t* sp, Suchrahmen_t* r) {
         sp->alpha = wert;
         if (wert >= sp->beta) {
             sp->schranke = SchrankeUnten;
-            Schnitt(sp->rahmen, zug, geschlagen != 0, z.gemacht, sp->tiefe.load(std::memory_order_relaxed));
+            zugwahl::NachSchnitt(sp->rahmen, zug, geschlagen != 0, z.gemacht, sp->tiefe.load(std::memory_order_relaxed),
+                                 historie);
             sp->abbruch.store(true, std::memory_order_relaxed);  // the others stop at once
             return;
         }

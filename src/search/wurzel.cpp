@@ -9,9 +9,12 @@
 #include "protocol/ausgabe.h"
 #include "protocol/optionen.h"
 #include "search/suche.h"
+#include "search/suchparameter.h"
 #include "timing/zeitkontrolle.h"
 
 namespace {
+
+namespace P = Suchparameter;
 
 constexpr uint64_t Megabyte = 1024 * 1024;
 
@@ -188,8 +191,7 @@ int Suche_t::Wurzelsuche(int tiefe, int vorher) {
         }
     }
 
-    const bool imSchach = ImSchach(stellung, r->daten);
-    r->eval = imSchach ? 0 : StatischeBewertung(r);
+    r->eval = P::ImSchachOhneBewertung && ImSchach(stellung, r->daten) ? 0 : StatischeBewertung(r);
     // The root's bitbase verdict: the children compare theirs with it.
     int ergebnis = 0;
     r->bitbaseGefunden = BitbaseAbfrage(false, ergebnis);
@@ -198,10 +200,10 @@ int Suche_t::Wurzelsuche(int tiefe, int vorher) {
 
     int alpha = -Matt, beta = Matt;
     if (tiefe >= 3 && multiPv == 1) {
-        alpha = vorher - 500;
-        beta = vorher + 500;
+        alpha = vorher - P::Aspiration;
+        beta = vorher + P::Aspiration;
     }
-    int delta = 500;
+    int delta = P::Aspiration;
     int best = -Matt;
     int besterIndex = -1;
     Sicherung_t sicherung;
@@ -223,8 +225,6 @@ int Suche_t::Wurzelsuche(int tiefe, int vorher) {
             !(Art(zug) == BauernZug && (ReiheVon(Nach(zug)) == 7 || ReiheVon(Nach(zug)) == 2)))
             red = 2;
 
-        // With several lines every move is first tried against the last line kept.
-        if (multiPv > 1) beta = alpha + 1;
         int wert;
         for (;;) {
             wert = -Suche(-beta, -alpha, kind, tiefe + e - red - 2, alpha + 1 == beta ? 1 : 0);
@@ -238,7 +238,7 @@ int Suche_t::Wurzelsuche(int tiefe, int vorher) {
                     break;
                 }
                 red = 0;
-                delta += delta * 192 / 1024;
+                delta += delta * P::AspirationWachstum / 1024;
             } else {
                 if (wert < beta || beta >= Matt) break;
                 beta = Matt;
@@ -255,8 +255,8 @@ int Suche_t::Wurzelsuche(int tiefe, int vorher) {
         w.knoten = knoten - knotenVorher;
 
         if (wert > best) {
-            // With one line, a former best keeps no exact score beside the new one.
-            if (multiPv == 1 && besterIndex >= 0) wurzel[besterIndex].schranke = SchrankeOben;
+            if (P::WurzelUeberholtNichtExakt && multiPv == 1 && besterIndex >= 0)
+                wurzel[besterIndex].schranke = SchrankeOben;
             best = wert;
             besterIndex = j;
             w.schranke = SchrankeExakt;
@@ -280,6 +280,8 @@ int Suche_t::Wurzelsuche(int tiefe, int vorher) {
                 if (position < multiPv) {
                     if (j + 1 >= multiPv) alpha = wurzel[multiPv - 1].wert;
                     if (multiPvMarge > 0) alpha = std::max(alpha, wurzel[0].wert - multiPvMarge);
+                    // Every further move is first tried against the last line kept.
+                    beta = alpha + 1;
                 }
                 besterIndex = 0;
             }
@@ -308,8 +310,7 @@ void Suche_t::suchen() {
     // "Clear Hash" starts afresh: the table and the move-ordering history.
     if (hashLoeschen) {
         tabelle.clear();
-        for (auto& zeile : historie)
-            for (int32_t& h : zeile) h = 0;
+        historie.Leeren();
     }
     hashLoeschen = false;
     tabelle.resize(static_cast<uint64_t>(hashMb) * Megabyte);
@@ -333,13 +334,13 @@ void Suche_t::suchen() {
     knoten = 0;
     teilungen.store(0, std::memory_order_relaxed);
     tabelle.nextGeneration();
-    for (auto& zeile : historie)
-        for (int32_t& h : zeile) h /= 4;
+    historie.NeueSuche();
     // The further searchers start from the same move ordering (they are idle now).
-    for (auto& w : weitere) std::copy(&historie[0][0], &historie[0][0] + 16 * 64, &w->historie[0][0]);
-    // The first iteration (one ply and the captures) always runs to its end, so even a
-    // clock already run out gets a searched move rather than the first one generated.
-    zeitPruefen = false;
+    for (auto& w : weitere) w->historie = historie;
+    // The hard limit holds from the first node on; the variant lets the first iteration
+    // (one ply and the captures) run to its end, so a clock already run out still gets
+    // a searched move.
+    zeitPruefen = !P::ErsteIterationOhneGrenze && !unendlich;
     zeitlog.oeffnen(logName);
 
     Zeitwert_t zeitwert;

@@ -4,9 +4,15 @@
 
 #include <string>
 
+#include <memory>
+
+#include "board/zuggenerator.h"
 #include "board/zugmachen.h"
+#include "protocol/optionen.h"
 #include "protocol/suchwerkzeuge.h"
 #include "search/hashtabelle.h"
+#include "search/suche.h"
+#include "search/suchparameter.h"
 #include "such_hilfe.h"
 
 namespace {
@@ -106,6 +112,42 @@ TEST(Suche, WenigeKnotenBeiEinzigemZug) {
     const Stellung_t st = Fen("k7/8/8/8/8/8/1q6/K7 w - - 0 1");
     EXPECT_EQ(Text(st, suche.Suche(st, 0, 60000, 0)), "a1b2");
     EXPECT_LT(suche.Knoten(), 1000u);
+}
+
+TEST(Suche, HarteGrenzeSchonInDerErstenIteration) {
+    if (Suchparameter::ErsteIterationOhneGrenze) GTEST_SKIP() << "the first iteration runs to its end";
+    // In counting mode the clock is the node counter: a hard limit of 60 "ms" stops the
+    // first iteration after a few root moves, with one of them as the answer.
+    const Stellung_t st = Fen("r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1");
+    Suche_t suche;
+    Optionen_t optionen(Optionstabelle);
+    TestAusgabe_t ausgabe;
+    Zeitkontrolle_t zeit;
+    auto auftrag = std::make_unique<Suchauftrag_t>();
+    auftrag->stellung = st;
+    auftrag->optionen = &optionen;
+    auftrag->ausgabe = &ausgabe;
+    auftrag->zeit = &zeit;
+    Stellungsdaten_t daten;
+    BerechneStellungsdaten(auftrag->stellung, daten);
+    Zugliste_t liste;
+    const uint32_t* ende = ErzeugeZuege(auftrag->stellung, daten, liste);
+    for (const uint32_t* p = liste; p < ende; ++p)
+        if (IstLegal(auftrag->stellung, static_cast<Zug_t>(*p), daten))
+            auftrag->wurzelzuege[auftrag->anzahlWurzelzuege++] = *p;
+    zeit.setzen(0, 0, 0, 1, 0, 0, 0, false, false);  // "depth 1": the whole first iteration
+    suche.Go(*auftrag);
+    suche.WarteBisUntaetig();
+    const uint64_t ganz = suche.Knoten();
+    zeit.setzen(0, 0, 0, 0, 0, 0, 60, false, true);
+    ausgabe.besterZug = 0;
+    suche.Go(*auftrag);
+    suche.WarteBisUntaetig();
+    EXPECT_GE(suche.Knoten(), 60u);
+    EXPECT_LT(suche.Knoten(), ganz);
+    bool gefunden = false;
+    for (int i = 0; i < auftrag->anzahlWurzelzuege; ++i) gefunden |= auftrag->wurzelzuege[i] == ausgabe.besterZug;
+    EXPECT_TRUE(gefunden);
 }
 
 }  // namespace
