@@ -74,8 +74,8 @@ struct Nachfolgertabelle_t {
     }
 };
 
-inline uint8_t Lauf0(uint8_t kopf) { return (kopf & 1) ? 0xFF : 0x00; }
-inline uint8_t Lauf1(uint8_t kopf) { return (kopf & 1) ? 0x00 : 0xFF; }
+inline uint8_t LaufByte0(uint8_t kopf) { return (kopf & 1) ? 0xFF : 0x00; }
+inline uint8_t LaufByte1(uint8_t kopf) { return (kopf & 1) ? 0x00 : 0xFF; }
 
 // Decodes one compressed block of `laenge` input bytes into 512 output bytes.
 // False when a copy reaches before byte 0, output would pass byte 512, or the

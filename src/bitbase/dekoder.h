@@ -31,7 +31,7 @@ bool Dekodiere(const uint8_t* ein, size_t laenge, uint8_t* aus, size_t& verbrauc
         return false;
     }
     const uint8_t kopf = ein[0];
-    const uint8_t w0 = Lauf0(kopf), w1 = Lauf1(kopf);
+    const uint8_t w0 = LaufByte0(kopf), w1 = LaufByte1(kopf);
     const uint8_t marke = kopf >> 4;
     Nachfolgertabelle_t tab;
     tab.Start(w0, w1);

@@ -29,7 +29,7 @@ struct Erklaerer_t {
         switch (s.art) {
         case A::Kopf: {
             const uint8_t m = b[0] & 0xF0;
-            w0 = Lauf0(b[0]), w1 = Lauf1(b[0]);
+            w0 = LaufByte0(b[0]), w1 = LaufByte1(b[0]);
             Zeile(text, "   0: %02x       Markierung %02x..%02x; Wdh0=0x%02x, Wdh1=0x%02x\n", b[0] & 0xF1, m, m + 15, w0, w1);
             break;
         }

@@ -281,7 +281,7 @@ void Packer_t::Anwenden(int& pos, const Option_t& o) {
 
 int Packer_t::Packe(uint8_t kopf, uint8_t* code, int grenze) {
     marke = kopf >> 4;
-    w0 = Lauf0(kopf), w1 = Lauf1(kopf);
+    w0 = LaufByte0(kopf), w1 = LaufByte1(kopf);
     tab.Start(w0, w1);
     std::memset(literalNibbles, 0, sizeof literalNibbles);
     int n = 0;

@@ -124,7 +124,7 @@ const XBoardInterface_t::Befehl_t XBoardInterface_t::Befehle[] = {
 };
 
 XBoardInterface_t::XBoardInterface_t(Eingabe_t* u, Optionen_t* o, XBoardAusgabe_t* a, std::string datei)
-    : uci(u), optionen(o), ausgabe(a), einstellungsdatei(std::move(datei)), queue(u, a) {}
+    : optionen(o), ausgabe(a), einstellungsdatei(std::move(datei)), queue(u, a) {}
 
 XBoardInterface_t::~XBoardInterface_t() {
     std::lock_guard<std::mutex> halten(sperre);

@@ -97,7 +97,6 @@ private:
     // The engine's moves so far, counting the ponder move of a ponder search.
     int GespielteZuege(bool ponder) const { return (partie.Halbzuege() + (ponder ? 1 : 0)) / 2; }
 
-    Eingabe_t* uci;
     Optionen_t* optionen;
     XBoardAusgabe_t* ausgabe;
     std::string einstellungsdatei;
