@@ -4,12 +4,12 @@
 #   tools/fuzz.sh [SECONDS_PER_TARGET] [TARGET...]
 #
 # Builds the fuzz programs with clang in build-fuzz/ (installing clang-14 and
-# libclang-rt-14-dev when missing), runs each target in turn on one core for the
+# libclang-rt-14-dev when missing), runs each target on one core for the
 # given time (default 60 s), starting from its committed cases in
 # tests/fuzz/korpus/<target>/ and a working corpus in build-fuzz/korpus/<target>/.
 # Every crash, abort, leak or timeout found is copied into tests/fuzz/korpus/<target>/
-# as a regression case, which `make test` replays from then on. FUZZ_JOBS=N runs N
-# jobs per target; FUZZ_FLAGS adds libFuzzer options.
+# as a regression case, which `make test` replays from then on. FUZZ_JOBS=N fuzzes N
+# targets at once (one core each); FUZZ_FLAGS adds libFuzzer options.
 set -uo pipefail
 cd "$(dirname "$0")/.."
 SEKUNDEN=${1:-60}
@@ -33,33 +33,43 @@ mkdir -p "$TMPDIR"
 export ASAN_OPTIONS=${ASAN_OPTIONS:-detect_leaks=1:abort_on_error=1}
 export UBSAN_OPTIONS=${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}
 
-gesamt=0
-printf '%-9s %6s %12s %9s\n' target seconds executions findings > "$BAU/fuzz-bericht.txt"
-for z in "${ZIELE[@]}"; do
-  faelle="tests/fuzz/korpus/$z"
-  arbeit="$BAU/korpus/$z"
-  funde="$BAU/funde/$z"
+# One target: its run, its log, its row of the report and its findings kept as cases.
+fuzze() {
+  local z=$1 faelle="tests/fuzz/korpus/$1" arbeit="$BAU/korpus/$1" funde="$BAU/funde/$1"
+  local log="$BAU/fuzz-$1.log" start dauer ausfuehrungen anzahl=0 f name
   mkdir -p "$faelle" "$arbeit" "$funde"
-  log="$BAU/fuzz-$z.log"
   echo "fuzzing $z for $SEKUNDEN s" >&2
   start=$(date +%s)
   # Timeouts of 10 s a case: a run that long is a hang for every target here.
   "$BAU/kelvaran_fuzz_$z" "$arbeit" "$faelle" -max_total_time="$SEKUNDEN" -timeout=10 -rss_limit_mb=2560 \
-      -max_len=8192 -artifact_prefix="$funde/" -print_final_stats=1 \
-      ${FUZZ_JOBS:+-jobs=$FUZZ_JOBS -workers=$FUZZ_JOBS} ${FUZZ_FLAGS:-} >"$log" 2>&1
+      -max_len=8192 -artifact_prefix="$funde/" -print_final_stats=1 ${FUZZ_FLAGS:-} >"$log" 2>&1
   dauer=$(( $(date +%s) - start ))
-  [ -n "${FUZZ_JOBS:-}" ] && cat fuzz-*.log >>"$log" 2>/dev/null && rm -f fuzz-*.log
   ausfuehrungen=$(grep -o 'stat::number_of_executed_units: *[0-9]*' "$log" | awk '{s += $2} END {print s + 0}')
-  anzahl=0
   for f in "$funde"/*; do
     [ -f "$f" ] || continue
     name="$(basename "$f")"
     [ -e "$faelle/$name" ] || { cp "$f" "$faelle/$name"; echo "  new regression case $faelle/$name" >&2; }
     anzahl=$((anzahl + 1))
   done
-  gesamt=$((gesamt + anzahl))
-  printf '%-9s %6d %12d %9d\n' "$z" "$dauer" "$ausfuehrungen" "$anzahl" >> "$BAU/fuzz-bericht.txt"
   rm -rf "$funde"
+  printf '%-9s %6d %12d %9d\n' "$z" "$dauer" "$ausfuehrungen" "$anzahl" > "$BAU/bericht-$z.txt"
+}
+
+# FUZZ_JOBS targets at a time, each on one core.
+jobs_max=${FUZZ_JOBS:-1}
+for z in "${ZIELE[@]}"; do
+  rm -f "$BAU/bericht-$z.txt"
+  while [ "$(jobs -rp | wc -l)" -ge "$jobs_max" ]; do wait -n; done
+  fuzze "$z" &
+done
+wait
+
+printf '%-9s %6s %12s %9s\n' target seconds executions findings > "$BAU/fuzz-bericht.txt"
+gesamt=0
+for z in "${ZIELE[@]}"; do
+  zeile=$(cat "$BAU/bericht-$z.txt" 2>/dev/null || printf '%-9s did not run' "$z")
+  echo "$zeile" >> "$BAU/fuzz-bericht.txt"
+  gesamt=$(( gesamt + $(awk '{print ($4 ~ /^[0-9]+$/ ? $4 : 1)}' <<<"$zeile") ))
 done
 cat "$BAU/fuzz-bericht.txt"
 [ "$gesamt" -eq 0 ]
