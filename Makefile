@@ -61,6 +61,10 @@ $(EXE_OBJ)/%.o: src/%.cpp $(EXE_STAMP)
 	@mkdir -p $(dir $@)
 	$(CXX) $(EXE_FLAGS) -MMD -MP -c $< -o $@
 
+# The network's weights go into the program through the assembler.
+$(EXE_OBJ)/search/netz.o: EXE_FLAGS += -DKELVARAN_NETZDATEI='"$(CURDIR)/src/search/netz.knn"'
+$(EXE_OBJ)/search/netz.o: src/search/netz.knn
+
 # The leading + hands make's job slots to the parallel link-time stage.
 $(EXE): $(EXE_OBJS)
 	@mkdir -p $(dir $@)
