@@ -14,7 +14,7 @@ set -uo pipefail
 cd "$(dirname "$0")/.."
 SEKUNDEN=${1:-60}
 [ $# -gt 0 ] && shift
-ALLE=(uci xboard fen zugtext pgn epd bitbase block buch polyglot netz zeitlog)
+ALLE=(uci xboard fen zugtext pgn epd bitbase block buch polyglot netz zeitlog bewertungsnetz)
 ZIELE=("$@")
 [ ${#ZIELE[@]} -eq 0 ] && ZIELE=("${ALLE[@]}")
 BAU=build-fuzz

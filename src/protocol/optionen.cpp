@@ -22,6 +22,7 @@ const Option_t Optionstabelle[] = {
     {OptionString, 1, "TimeLogfile", "nul:", 0, 0, nullptr},
     {OptionCheck, 0, "NoOutput", "false", 0, 0, nullptr},
     {OptionSpin, 0, "Resign", "700", 400, 2000, nullptr},
+    {OptionString, 0, "EvalFile", "internal", 0, 0, nullptr},
     {0, 0, nullptr, nullptr, 0, 0, nullptr},
 };
 

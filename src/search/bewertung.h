@@ -1,6 +1,6 @@
-// The static evaluation: a fixed sequence of terms, each a packed pair of
-// middlegame and endgame values, blended by the game phase, scaled, turned to
-// the side to move's view and quantised onto a coarse grid.
+// The static evaluation: material, pawn structure, the network's value and tempo,
+// each a packed pair of middlegame and endgame values, blended by the game phase,
+// scaled, turned to the side to move's view and quantised onto a coarse grid.
 #pragma once
 
 #include <cstdint>
@@ -21,20 +21,13 @@ struct Materialeintrag_t {
     int32_t wert;             // plain score added after blending (White's view)
     int16_t mgGewicht;        // phase weights in 256ths, summing to 256
     int16_t egGewicht;
-    int8_t passerFaktor[2];   // read by the passed-pawn term: the opponent's pieces in phase units
     uint8_t skalierung[2];    // in 64ths, applied when that side is ahead
 };
 
-// Pawn structure of one pawn configuration (looked up by the pawn key). One cache
-// line, so a probe touches one line and the cache holds a power of two.
-struct alignas(64) Bauerneintrag_t {
-    uint64_t schluessel;           // pawn key, salted: positions without pawns have key 0
-    Bitboard freibauern[2];        // passed pawns of each side, for the passed-pawn term
-    Bitboard spanne[2];            // squares the pawns of each side attack now or after advancing
-    int32_t wert;                  // packed pawn-structure score (White's view)
-    uint8_t offeneLinien[2];       // per side: files without a pawn of that side, bit = file
-    uint16_t schildSchluessel[2];  // king square | castling rights << 6 the shelter belongs to
-    int16_t schild[2];             // king shelter, mg, the owner's view
+// Pawn structure of one pawn configuration (looked up by the pawn key).
+struct Bauerneintrag_t {
+    uint64_t schluessel;  // pawn key, salted: positions without pawns have key 0
+    int32_t wert;         // packed pawn-structure score (White's view)
 };
 
 constexpr int MaterialcacheBytes = 0x18000;
@@ -52,8 +45,24 @@ struct Bauerncache_t {
 };
 
 // Score of the position for the side to move, in internal units (a pawn is
-// about 1000); never a mate score. `daten` must hold both attack records.
+// about 1000); never a mate score. `netzWert` is the network's packed value for the
+// side to move (NetzWert), which stands for every term but material and pawn structure.
+int Bewerte(const Stellung_t& st, const Stellungsdaten_t& daten, Bauerncache_t& bauern, Materialcache_t& material,
+            int32_t netzWert);
+// The same with the built-in network's value computed from scratch (tools and tests).
 int Bewerte(const Stellung_t& st, const Stellungsdaten_t& daten, Bauerncache_t& bauern, Materialcache_t& material);
+
+// What frames the network's value, White's view, for its trainer: material, pawn
+// structure and tempo as one packed score, the phase weights in 256ths, the plain
+// score added after blending, and the scale in 64ths when White or Black is ahead.
+struct Bewertungsrahmen_t {
+    int32_t summe;
+    int mgGewicht, egGewicht;
+    int wert;
+    int faktor[2];
+};
+Bewertungsrahmen_t BewertungsrahmenVon(const Stellung_t& st, const Stellungsdaten_t& daten, Bauerncache_t& bauern,
+                                       Materialcache_t& material);
 
 // The last step of the evaluation, also used by the endgame rules' callers:
 // r >= 2 -> (r & ~15) + 8, r < -1 -> ((r - 1) | 15) - 7, -1..1 unchanged.
@@ -63,7 +72,7 @@ inline int Quantisiere(int r) {
     return r;
 }
 
-static_assert(sizeof(Materialeintrag_t) == 24 && sizeof(Bauerneintrag_t) == 64, "cache entry sizes");
+static_assert(sizeof(Materialeintrag_t) == 24 && sizeof(Bauerneintrag_t) == 16, "cache entry sizes");
 
 // Pieces of the evaluation shared by its source files.
 namespace Bewertungshilfe {
@@ -77,13 +86,6 @@ constexpr Bitboard Nachbarlinien(unsigned linie) {
 // Rank 1..8 as seen from the side: its pawns start on 2 and promote on 8.
 constexpr unsigned RelativeReihe(unsigned seite, Feld f) { return seite == Weiss ? ReiheVon(f) : 9 - ReiheVon(f); }
 constexpr Feld Vor(unsigned seite, Feld f) { return seite == Weiss ? f - 8 : f + 8; }
-// The rank that is rank `reihe` (1..8) from the side's point of view.
-constexpr Bitboard RelativeReihenMaske(unsigned seite, unsigned reihe) {
-    return ReihenMaske(seite == Weiss ? reihe : 9 - reihe);
-}
-// The set moved one rank towards the side's promotion rank, or one rank back.
-constexpr Bitboard EinVor(unsigned seite, Bitboard b) { return seite == Weiss ? b >> 8 : b << 8; }
-constexpr Bitboard EinZurueck(unsigned seite, Bitboard b) { return EinVor(seite ^ 1, b); }
 // Every square strictly ahead of the set, towards the side's promotion rank.
 constexpr Bitboard Vorne(unsigned seite, Bitboard b) {
     if (seite == Weiss) {
@@ -96,15 +98,6 @@ constexpr Bitboard Vorne(unsigned seite, Bitboard b) {
     b |= b << 8;
     b |= b << 16;
     return b | b << 32;
-}
-// Every square strictly behind the set.
-constexpr Bitboard Hinten(unsigned seite, Bitboard b) { return Vorne(seite ^ 1, b); }
-
-inline unsigned Abstand(Feld a, Feld b) {
-    const int dl = static_cast<int>(LinieVon(a)) - static_cast<int>(LinieVon(b));
-    const int dr = static_cast<int>(a >> 3) - static_cast<int>(b >> 3);
-    const int l = dl < 0 ? -dl : dl, r = dr < 0 ? -dr : dr;
-    return static_cast<unsigned>(l > r ? l : r);
 }
 
 // Per side and square, built by the compiler.
@@ -132,5 +125,3 @@ inline constexpr Bauernmasken_t Bauernmasken = BaueBauernmasken();
 // Pawn structure of the position into `e`; the caller sets the key.
 void BerechneBauern(const Stellung_t& st, Bauerneintrag_t& e);
 
-// Shelter and storm of side `seite`'s king on `koenig`, mg, that side's view.
-int Koenigsschild(const Stellung_t& st, unsigned seite, Feld koenig);

@@ -52,18 +52,35 @@ int32_t Begrenzt(int64_t summe) {
 int32_t Gepackt(int32_t mg, int32_t eg) { return static_cast<int32_t>(static_cast<uint32_t>(mg) << 16) + eg; }
 
 #ifdef KELVARAN_NETZ_AVX2
+// One side's layer with W rows taken off and D put on, the counts known to the compiler.
+template <int W, int D>
+[[gnu::target("avx2"), gnu::always_inline]] inline void ZeileAvx2(const int16_t* alt, const int16_t* const* weg,
+                                                                    const int16_t* const* dazu, int16_t* neu) {
+    for (int i = 0; i < NetzBreite; i += 16) {
+        __m256i v = _mm256_load_si256(reinterpret_cast<const __m256i*>(alt + i));
+        for (int k = 0; k < W; ++k)
+            v = _mm256_sub_epi16(v, _mm256_load_si256(reinterpret_cast<const __m256i*>(weg[k] + i)));
+        for (int k = 0; k < D; ++k)
+            v = _mm256_add_epi16(v, _mm256_load_si256(reinterpret_cast<const __m256i*>(dazu[k] + i)));
+        _mm256_store_si256(reinterpret_cast<__m256i*>(neu + i), v);
+    }
+}
+
+template <int W, int D>
+[[gnu::target("avx2")]] void AnwendenAvx2(const Zeilen_t& z, const Akkumulator_t& alt, Akkumulator_t& neu) {
+    for (unsigned s = 0; s < 2; ++s) ZeileAvx2<W, D>(alt.v[s], z.weg[s], z.dazu[s], neu.v[s]);
+}
+
+// Every change a move makes: a quiet move or promotion 1/1, a capture or en passant
+// 2/1, castling 2/2, a null move nothing.
 [[gnu::target("avx2")]] void AnwendenAvx2(const Bewertungsnetz_t& netz, const Akkumulator_t& alt,
                                            const NetzAenderung_t& a, Akkumulator_t& neu) {
     const Zeilen_t z = ZeilenVon(netz, a);
-    for (unsigned s = 0; s < 2; ++s) {
-        for (int i = 0; i < NetzBreite; i += 16) {
-            __m256i v = _mm256_load_si256(reinterpret_cast<const __m256i*>(&alt.v[s][i]));
-            for (int k = 0; k < a.weg; ++k)
-                v = _mm256_sub_epi16(v, _mm256_load_si256(reinterpret_cast<const __m256i*>(z.weg[s][k] + i)));
-            for (int k = 0; k < a.dazu; ++k)
-                v = _mm256_add_epi16(v, _mm256_load_si256(reinterpret_cast<const __m256i*>(z.dazu[s][k] + i)));
-            _mm256_store_si256(reinterpret_cast<__m256i*>(&neu.v[s][i]), v);
-        }
+    switch (a.weg * 4 + a.dazu) {
+        case 1 * 4 + 1: return AnwendenAvx2<1, 1>(z, alt, neu);
+        case 2 * 4 + 1: return AnwendenAvx2<2, 1>(z, alt, neu);
+        case 2 * 4 + 2: return AnwendenAvx2<2, 2>(z, alt, neu);
+        default: return AnwendenAvx2<0, 0>(z, alt, neu);
     }
 }
 

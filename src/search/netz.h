@@ -16,7 +16,7 @@ constexpr int NetzBreite = 256;    // hidden nodes per side
 // Integer scales: the hidden layer's 1.0 is NetzQA, an output weight's 1.0 is NetzQB,
 // and an output of 1.0 is NetzAusgabeSkala internal units (a pawn).
 constexpr int NetzQA = 255;
-constexpr int NetzQB = 64;
+constexpr int NetzQB = 256;
 constexpr int NetzAusgabeSkala = 1000;
 // The network's values are kept within this, so the packed halves never overflow.
 constexpr int NetzWertGrenze = 12000;
@@ -44,7 +44,7 @@ constexpr int NetzMerkmal(unsigned sicht, unsigned seite, unsigned typ, Feld f) 
 // (side << 3 | type) << 6 | square.
 struct NetzAenderung_t {
     uint8_t weg = 0, dazu = 0;
-    uint16_t wegMann[2], dazuMann[2];
+    uint16_t wegMann[2] = {}, dazuMann[2] = {};
 
     void Weg(unsigned seite, unsigned typ, Feld f) { wegMann[weg++] = static_cast<uint16_t>((seite << 3 | typ) << 6 | f); }
     void Dazu(unsigned seite, unsigned typ, Feld f) {

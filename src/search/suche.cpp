@@ -2,6 +2,9 @@
 #include "search/suche.h"
 
 #include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
 
 #include "bitbase/werkzeug.h"
 #include "board/zuggenerator.h"
@@ -62,7 +65,21 @@ int Suche_t::StatischeBewertung(Suchrahmen_t* r) {
     Endspielergebnis_t e;
     if (stellung.seite[Weiss].anzahl[0] + stellung.seite[Schwarz].anzahl[0] < 7) e = Endspielwissen(stellung);
     if (e.modus == EndspielErsetzen) return e.wert;
-    int wert = Bewerte(stellung, r->daten, *bauerncache, *materialcache);
+    NetzNachziehen(r);
+#ifdef KELVARAN_NETZ_PRUEFEN
+    // Checking builds compare the layers with a rebuild from the board, at every 8th
+    // node: often enough to catch a wrong update, cheap enough for the slow builds.
+    if ((knoten & 7) == 0) {
+        Akkumulator_t frisch;
+        NetzAufbauen(*haupt->netz, stellung, frisch);
+        if (std::memcmp(&frisch, &r->akku, sizeof frisch) != 0) {
+            std::fprintf(stderr, "network layers out of step at ply %d\n", r->ply);
+            std::abort();
+        }
+    }
+#endif
+    int wert = Bewerte(stellung, r->daten, *bauerncache, *materialcache,
+                       NetzWert(*haupt->netz, r->akku, stellung.amZug));
     if (e.modus == EndspielAddieren) wert += e.wert;
     return wert;
 }
@@ -77,10 +94,23 @@ bool Suche_t::BitbaseAbfrage(bool nurImCache, int& ergebnis) {
                                  static_cast<int>(stellung.amZug), stellung.ep, nurImCache, ergebnis);
 }
 
+void Suche_t::NetzNachziehen(Suchrahmen_t* r) {
+    if (r->akkuBereit) return;
+    // The root and the node a searcher joined always hold theirs.
+    Suchrahmen_t* p = r - 1;
+    while (!p->akkuBereit) --p;
+    for (++p; p <= r; ++p) {
+        NetzAnwenden(*haupt->netz, (p - 1)->akku, p->aenderung, p->akku);
+        p->akkuBereit = true;
+    }
+}
+
 void Suche_t::MacheZug(Suchrahmen_t* kind, uint32_t zug, Sicherung_t& s) {
     s.irreversibel = letzteIrreversibel;
     s.fuenfzig = fuenfzigBasis;
     kind->geschlagen = GeschlagenerTyp(kind->rueck, zug);
+    kind->aenderung = NetzAenderungVon(kind->rueck, zug, stellung.amZug ^ 1);
+    kind->akkuBereit = false;
     Schiebe(kind->daten.schluessel);
     // Captures, pawn moves and lost castling rights can never be undone: no
     // repetition reaches behind them. Only captures and pawn moves restart the
@@ -194,6 +224,8 @@ int Suche_t::Suche(int alpha, int beta, Suchrahmen_t* r, int tiefe, int nonPv) {
             kind->daten.angriffe[0] = r->daten.angriffe[0];
             kind->daten.angriffe[1] = r->daten.angriffe[1];
             kind->geschlagen = 0;
+            kind->aenderung = NetzAenderung_t{};
+            kind->akkuBereit = false;
             sicherung.irreversibel = letzteIrreversibel;
             sicherung.fuenfzig = fuenfzigBasis;
             Schiebe(kind->daten.schluessel);

@@ -67,6 +67,10 @@ private:
     int Ruhesuche(int alpha, int beta, Suchrahmen_t* r, int qtiefe, bool remisGeprueft = false);
     int Wurzelsuche(int tiefe, int vorherigerWert);
     int StatischeBewertung(Suchrahmen_t* r);
+    // The node's hidden layers, from the nearest frame above that has them.
+    void NetzNachziehen(Suchrahmen_t* r);
+    // Makes the file's network the one in use, or the built-in one ("internal", empty or refused).
+    void LadeNetz(const std::string& datei);
     // The bitbases' verdict on the position (+1 White wins, -1 Black wins, 0 neither);
     // false when no bitbase knows it. Only without castling rights and with few men.
     bool BitbaseAbfrage(bool nurImCache, int& ergebnis);
@@ -144,6 +148,10 @@ private:
     std::unique_ptr<Bauerncache_t> bauerncache;
     std::unique_ptr<Materialcache_t> materialcache;
     Historie_t historie;
+    // The evaluation network: the built-in one, or a file named by "EvalFile".
+    const Bewertungsnetz_t* netz = &EingebautesNetz();
+    std::unique_ptr<Bewertungsnetz_t> geladenesNetz;
+    std::string netzDatei;
 
     uint64_t knoten = 0;
     int selTiefe = 0;

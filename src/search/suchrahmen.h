@@ -7,6 +7,7 @@
 #include "board/zug.h"
 #include "board/zugmachen.h"
 #include "search/hashtabelle.h"
+#include "search/netz.h"
 
 constexpr int MaxPly = 100;  // at this distance from the root every node scores 0
 // Frames above the root, so every node may look two plies back; the root is frame
@@ -49,6 +50,12 @@ struct Suchrahmen_t {
     int32_t sortiertAnzahl, sortiertIndex;
 
     uint32_t geschlagen;  // piece type captured by the move that led here
+    // The network's hidden layers of this node, brought up to date from the frames
+    // above when first needed: the change of the move that led here and whether
+    // `akku` already holds it.
+    NetzAenderung_t aenderung;
+    bool akkuBereit;
+    Akkumulator_t akku;
     Stellungsdaten_t daten;  // keys, occupancy and attacks of this node
     Rueckzug_t rueck;        // undo record of `zug`
     Zugliste_t liste;

@@ -161,6 +161,9 @@ bool Suche_t::Teilen(Suchrahmen_t* r, const Knotenlage_t& lage, int& a, int beta
     Teilungspunkt_t* const sp = pool->Nehmen(tiefe);
     if (sp == nullptr) return false;
     haupt->teilungen.fetch_add(1, std::memory_order_relaxed);
+    // The node's hidden layers are complete before anyone may copy its frame: the
+    // owner never writes them while the split point lives.
+    NetzNachziehen(r);
     Teilungspunkt_t* const eltern = aktuellerTp;
     {
         std::lock_guard<std::mutex> l(sp->sperre);

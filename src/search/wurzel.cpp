@@ -72,6 +72,8 @@ void Suche_t::Uebernehmen() {
         bitbasePfad = o->Text(pfad);
     }
     RichteBitbasesEin(neuerPfad);
+    const int netzOption = o->Index("EvalFile");
+    if (netzOption >= 0 && o->Text(netzOption) != netzDatei) LadeNetz(o->Text(netzOption));
 
     // The book is read here, on the caller's thread, like the options.
     buchzug = 0;
@@ -105,6 +107,20 @@ void Suche_t::RichteBitbasesEin(bool neuerPfad) {
     tbTrefferWeitere.store(0, std::memory_order_relaxed);
 }
 
+void Suche_t::LadeNetz(const std::string& datei) {
+    netzDatei = datei;
+    geladenesNetz.reset();
+    netz = &EingebautesNetz();
+    if (datei.empty() || datei == "internal") return;
+    std::string fehler;
+    geladenesNetz = LadeNetzDatei(datei, fehler);
+    const std::string meldung = geladenesNetz ? "info string EvalFile " + datei + " loaded"
+                                              : "info string EvalFile " + datei + " refused (" + fehler +
+                                                    "): the built-in network stays in use";
+    if (geladenesNetz) netz = geladenesNetz.get();
+    if (auftrag->ausgabe != nullptr) auftrag->ausgabe->zeile(meldung);
+}
+
 void Suche_t::ponderhit() {
     // The search itself notices a limit already used up: with the ponder flag gone its
     // next clock check, at most 1024 nodes away, stops it. So the input thread touches
@@ -127,6 +143,8 @@ void Suche_t::Bereite(const Stellung_t& st) {
     wurzelIndex = stellung.historieAnzahl - 1;
     letzteIrreversibel = fuenfzigBasis = 0;
     wurzelRahmen->geschlagen = 0;
+    NetzAufbauen(*netz, stellung, wurzelRahmen->akku);
+    wurzelRahmen->akkuBereit = true;
     for (int i = 0; i < AnzahlRahmen; ++i) rahmen[i].killer[0] = rahmen[i].killer[1] = 0;
     selTiefe = 0;
 }

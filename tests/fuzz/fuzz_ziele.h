@@ -35,6 +35,7 @@ int FuzzBuch(const uint8_t* daten, size_t groesse);
 int FuzzPolyglot(const uint8_t* daten, size_t groesse);
 int FuzzNetz(const uint8_t* daten, size_t groesse);
 int FuzzZeitlog(const uint8_t* daten, size_t groesse);
+int FuzzBewertungsnetz(const uint8_t* daten, size_t groesse);
 
 // A broken invariant is a finding like a crash: it aborts, so libFuzzer keeps the input
 // and the replaying test dies.

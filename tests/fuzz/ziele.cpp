@@ -18,6 +18,7 @@ const FuzzZiel_t FuzzZiele[] = {
     {"polyglot", FuzzPolyglot},
     {"netz", FuzzNetz},
     {"zeitlog", FuzzZeitlog},
+    {"bewertungsnetz", FuzzBewertungsnetz},
     {nullptr, nullptr},
 };
 

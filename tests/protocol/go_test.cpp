@@ -31,8 +31,9 @@ TEST(Go, AntwortenAnDieGui) {
     };
     const std::string zahl = "[0-9]+";
     const Fall faelle[] = {
-        {"go depth 4\n",
-         {"info depth 4 seldepth " + zahl + " score cp -?" + zahl + " time " + zahl + " nodes " + zahl + " nps " + zahl +
+        // A mate is reported at every depth (other lines may stay quiet while nothing changes).
+        {"position fen k7/8/2K5/8/8/8/8/7R w - - 0 1\ngo depth 4\n",
+         {"info depth 4 seldepth " + zahl + " score mate 2 time " + zahl + " nodes " + zahl + " nps " + zahl +
           " hashfull " + zahl + " pv( [a-h][1-8][a-h][1-8])+"},
          ""},
         {"position startpos moves e2e4\ngo depth 3 searchmoves e7e5 c7c5\n", {}, "bestmove (e7e5|c7c5) ponder [a-h][1-8][a-h][1-8]"},

@@ -3,10 +3,16 @@
 // back exactly or refused.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
+#include <filesystem>
+#include <fstream>
 #include <memory>
 #include <random>
 #include <string>
+#include <unistd.h>
+
+#include "../protocol/protokoll_hilfen.h"
 
 #include "board/zuggenerator.h"
 #include "board/zugmachen.h"
@@ -157,6 +163,40 @@ TEST(Netz, DateiHinUndZurueck) {
         EXPECT_FALSE(fehler.empty());
     }
     EXPECT_EQ(LadeNetzDatei("/nonexistent/netz.knn", fehler), nullptr);
+}
+
+// "EvalFile" names another network: a good file is used, a bad one is refused with a
+// report and the built-in network plays on, also after the next "go".
+TEST(Netz, EvalFile) {
+    namespace fs = std::filesystem;
+    const fs::path ordner = fs::temp_directory_path() / ("kelvaran_evalfile_" + std::to_string(getpid()));
+    fs::create_directories(ordner);
+    const std::string gut = (ordner / "gut.knn").string(), kurz = (ordner / "kurz.knn").string();
+    const std::string inhalt = NetzDateiInhalt(EingebautesNetz());
+    std::ofstream(gut, std::ios::binary) << inhalt;
+    std::ofstream(kurz, std::ios::binary) << inhalt.substr(0, 5000);
+    // Each search from an empty table and history, so equal networks search equal trees.
+    const std::string go = "setoption name Clear Hash\nposition startpos moves e2e4\ngo depth 5\n";
+    const Lauf_t lauf = Starte("uci\nsetoption name EvalFile value " + kurz + "\n" + go + go +
+                               "setoption name EvalFile value " + gut + "\n" + go +
+                               "setoption name EvalFile value /nonexistent/x.knn\n" + go);
+    fs::remove_all(ordner);
+    auto zaehle = [&](const std::string& text) {
+        return std::count(lauf.aus.begin(), lauf.aus.end(), text);
+    };
+    EXPECT_EQ(zaehle("info string EvalFile " + kurz +
+                     " refused (truncated or overlong network file): the built-in network stays in use"),
+              1);
+    EXPECT_EQ(zaehle("info string EvalFile " + gut + " loaded"), 1);
+    EXPECT_EQ(zaehle("info string EvalFile /nonexistent/x.knn refused (cannot open /nonexistent/x.knn): the "
+                     "built-in network stays in use"),
+              1);
+    // The same network from the file searches the same tree.
+    std::vector<std::string> antworten;
+    for (const std::string& z : lauf.aus)
+        if (z.rfind("bestmove", 0) == 0) antworten.push_back(z);
+    ASSERT_EQ(antworten.size(), 4u);
+    EXPECT_EQ(std::count(antworten.begin(), antworten.end(), antworten[0]), 4);
 }
 
 }  // namespace
