@@ -15,6 +15,7 @@
 #include "netz/datensatz.h"
 #include "protocol/suchwerkzeuge.h"
 #include "search/hashtabelle.h"
+#include "search/netz.h"
 #include "search/zufallsgenerator.h"
 
 namespace {
@@ -87,6 +88,7 @@ std::vector<Datensatz_t> SpieleSpiel(const Generatorauftrag_t& a, const std::vec
 
     Werkzeugsuche_t suche;
     suche.Setze(("setoption name Hash value " + std::to_string(a.hashMb)).c_str());
+    if (!a.netz.empty()) suche.Setze(("setoption name EvalFile value " + a.netz).c_str());
     std::vector<Datensatz_t> saetze;
     int ergebnisWeiss = 0, sicher = 0, ruhig = 0;
     for (int ply = 0;; ++ply) {
@@ -174,18 +176,23 @@ int ErzeugeDaten(const Generatorauftrag_t& a, std::ostream& bericht) {
         return 1;
     Stand_t stand;
     if (!LeseStand(a, stand, bericht)) return 1;
+    std::string fehler;
+    if (!a.netz.empty() && !LadeNetzDatei(a.netz, fehler)) {
+        bericht << "info string " << a.netz << ": " << fehler << '\n';
+        return 1;
+    }
 
     // Whatever an interrupted run wrote beyond its last recorded game goes.
-    std::error_code fehler;
+    std::error_code dateifehler;
     const uint64_t laenge = stand.stellungen * sizeof(Datensatz_t);
     if (!std::filesystem::exists(a.datei)) std::ofstream(a.datei, std::ios::binary);
-    if (std::filesystem::file_size(a.datei, fehler) < laenge || fehler) {
+    if (std::filesystem::file_size(a.datei, dateifehler) < laenge || dateifehler) {
         bericht << "info string " << a.datei << " is shorter than its progress file says\n";
         return 1;
     }
-    std::filesystem::resize_file(a.datei, laenge, fehler);
+    std::filesystem::resize_file(a.datei, laenge, dateifehler);
     std::ofstream aus(a.datei, std::ios::binary | std::ios::app);
-    if (fehler || !aus) {
+    if (dateifehler || !aus) {
         bericht << "info string cannot write " << a.datei << '\n';
         return 1;
     }

@@ -17,6 +17,7 @@ struct Generatorauftrag_t {
     uint64_t saat = 1;                    // game g depends on (saat, g) alone
     int zufallsPlies = 4;                 // up to this many random plies after the opening
     int hashMb = 16;
+    std::string netz;                     // the evaluation network file to play with (empty: the built-in one)
 };
 
 // Plays the games not yet in the file and appends their positions in game order, so

@@ -1,6 +1,9 @@
 // kelvaran_netz: the evaluation network's tools.
 //
-//   kelvaran_netz daten OUT [games=N] [nodes=N] [threads=N] [seed=N] [random=N] [hash=MB] OPENINGS...
+//   kelvaran_netz daten OUT [games=N] [nodes=N] [threads=N] [seed=N] [random=N] [hash=MB]
+//                       [net=FILE] OPENINGS...
+//   kelvaran_netz lernen OUT.knn DATA... [epochs=N] [batch=N] [lr=X] [lambda=X] [threads=N] [seed=N]
+//                        [validation=X] [limit=N] [mirror=0|1] [k=X]
 #include <cstdlib>
 #include <cstring>
 #include <iostream>
@@ -8,6 +11,7 @@
 
 #include "board/tabellen.h"
 #include "netz/generator.h"
+#include "netz/trainer.h"
 #include "search/endspiel.h"
 
 namespace {
@@ -28,10 +32,26 @@ int Daten(int argc, char** argv) {
     for (int i = 3; i < argc; ++i) {
         const char* p = argv[i];
         if (!Parameter(p, "games", a.spiele) && !Parameter(p, "nodes", a.knoten) && !Parameter(p, "threads", a.threads) &&
-            !Parameter(p, "seed", a.saat) && !Parameter(p, "random", a.zufallsPlies) && !Parameter(p, "hash", a.hashMb))
-            a.eroeffnungen.emplace_back(p);
+            !Parameter(p, "seed", a.saat) && !Parameter(p, "random", a.zufallsPlies) && !Parameter(p, "hash", a.hashMb)) {
+            if (std::strncmp(p, "net=", 4) == 0) a.netz = p + 4;
+            else a.eroeffnungen.emplace_back(p);
+        }
     }
     return ErzeugeDaten(a, std::cout);
+}
+
+int Lernen(int argc, char** argv) {
+    Trainerauftrag_t a;
+    a.ausgabe = argv[2];
+    for (int i = 3; i < argc; ++i) {
+        const char* p = argv[i];
+        if (!Parameter(p, "epochs", a.epochen) && !Parameter(p, "batch", a.stapel) && !Parameter(p, "lr", a.lernrate) &&
+            !Parameter(p, "lambda", a.lambda) && !Parameter(p, "threads", a.threads) && !Parameter(p, "seed", a.saat) &&
+            !Parameter(p, "validation", a.pruefAnteil) && !Parameter(p, "limit", a.hoechstens) &&
+            !Parameter(p, "mirror", a.spiegeln) && !Parameter(p, "k", a.k))
+            a.daten.emplace_back(p);
+    }
+    return Trainiere(a, std::cout);
 }
 
 }  // namespace
@@ -40,7 +60,10 @@ int main(int argc, char** argv) {
     InitTabellen();
     KpkInit();
     if (argc >= 4 && std::strcmp(argv[1], "daten") == 0) return Daten(argc, argv);
+    if (argc >= 4 && std::strcmp(argv[1], "lernen") == 0) return Lernen(argc, argv);
     std::cerr << "usage: kelvaran_netz daten OUT [games=N] [nodes=N] [threads=N] [seed=N] [random=N] [hash=MB] "
-                 "OPENINGS...\n";
+                 "[net=FILE] OPENINGS...\n"
+                 "       kelvaran_netz lernen OUT.knn DATA... [epochs=N] [batch=N] [lr=X] [lambda=X] [threads=N] "
+                 "[seed=N] [validation=X] [limit=N] [mirror=0|1] [k=X]\n";
     return 2;
 }
