@@ -2,9 +2,11 @@
 #include "search/suche.h"
 
 #include <algorithm>
+#ifdef KELVARAN_NETZ_PRUEFEN
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#endif
 
 #include "bitbase/werkzeug.h"
 #include "board/zuggenerator.h"
