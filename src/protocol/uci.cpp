@@ -255,12 +255,8 @@ void UciInterface_t::Go(const char* zeile, const char*) {
     const bool unendlich = std::strstr(zeile, "infinite") != nullptr;
 
     WarteAufSucher();
-    if (zeitkontrolle != nullptr) {
-        // Sudden death: the flatter curve grants a move more of the clock, and the time
-        // network hands back what a quiet search does not need.
-        zeitkontrolle->kurve = zuegeBisKontrolle == 0 ? 1 : 0;
+    if (zeitkontrolle != nullptr)
         zeitkontrolle->setzen(zeit, inkrement, zuegeBisKontrolle, tiefe, knoten, matt, zugzeit, unendlich, false);
-    }
 
     auto auftrag = std::make_unique<Suchauftrag_t>();
     auftrag->stellung = stellung;

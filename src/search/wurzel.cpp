@@ -366,7 +366,8 @@ void Suche_t::suchen() {
     vorherigerZug = 0;
     besterZug = 0;
     besterWert = -Matt;
-    double unruhe = 0.0;
+    double unruhe = 0.0, antwortUnruhe = 0.0;
+    int vorvorherigerWert = 0;
     uint64_t knotenVorIteration = 0;
     Zug_t vorherigeAntwort = 0;
 
@@ -403,6 +404,8 @@ void Suche_t::suchen() {
         const int n = Hauptvariante(wurzel[0].zug, pv, 2);
         const bool gewechselt = i >= 2 && wurzel[0].zug != vorherigerZug;
         unruhe = unruhe / 2 + (gewechselt ? 1.0 : 0.0);
+        const bool antwortGewechselt = i >= 1 && n >= 2 && pv[1] != vorherigeAntwort;
+        antwortUnruhe = antwortUnruhe / 2 + (antwortGewechselt ? 1.0 : 0.0);
         Iterationsdaten_t d;
         d.start = zeit != nullptr ? zeit->start : 0;
         d.tiefenindex = i;
@@ -413,10 +416,12 @@ void Suche_t::suchen() {
         d.knotenBesterZug = static_cast<int64_t>(wurzel[0].knoten);
         d.wertung = wurzel[0].wert;
         d.vorherigeWertung = vorherigerWert;
+        d.vorvorherigeWertung = vorvorherigerWert;
         d.besterZug = wurzel[0].zug;
         d.besterZugGewechselt = gewechselt;
         d.unruhe = unruhe;
-        d.antwortGewechselt = i >= 1 && n >= 2 && pv[1] != vorherigeAntwort;
+        d.antwortGewechselt = antwortGewechselt;
+        d.antwortUnruhe = antwortUnruhe;
         d.wurzelzuege = anzahlWurzel;
         d.taktisch = IstTaktisch(wurzel[0].zug);
         d.bedrohteSteine = static_cast<int32_t>(
@@ -427,6 +432,7 @@ void Suche_t::suchen() {
 
         knotenVorIteration = knoten;
         vorherigeAntwort = n >= 2 ? pv[1] : 0;
+        vorvorherigerWert = vorherigerWert;
         vorherigerWert = wurzel[0].wert;
         vorherigerZug = static_cast<Zug_t>(wurzel[0].zug);
     }

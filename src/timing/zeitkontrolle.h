@@ -17,7 +17,7 @@ struct Zeitkontrolle_t {
     int64_t knotengrenze = KnotenUnbegrenzt;    // no new iteration after this many nodes
     int64_t harteKnotengrenze = KnotenUnbegrenzt;  // stop at once; only "nodes" writes it
     int32_t tiefengrenze = TiefeUnbegrenzt;     // largest depth index
-    uint8_t kurve = 0;       // the flatter allocation curve; "go" sets it for sudden death
+    uint8_t kurve = 0;       // the flatter allocation curve; no command sets it
     uint8_t zaehlmodus = 0;  // the caller's counter stands in for elapsed time
 
     // All values 0 when absent. The first case that applies decides:

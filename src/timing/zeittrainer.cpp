@@ -52,6 +52,26 @@ Topologie_t Abflachen(Netz_t& netz) {
     return t;
 }
 
+// Backpropagation of the output error `fehler` through a network whose node values
+// stand in `wert` (inputs, then hidden nodes): every node's delta, inputs included.
+void Rueckwaerts(const Topologie_t& t, const std::vector<double>& wert, std::vector<double>& delta, double fehler) {
+    std::fill(delta.begin(), delta.end(), 0.0);
+    delta[t.ausgabe] = fehler;
+    // From the last hidden node back to the first input: targets are done before their sources.
+    for (size_t k = t.eingaben + t.innen.size(); k-- > 0;) {
+        double s = 0.0;
+        for (const auto& kante : t.kanten[k]) s += *kante.gewicht * delta[kante.ziel];
+        delta[k] = k >= t.eingaben ? (1.0 - wert[k] * wert[k]) * s : s;
+    }
+}
+
+// The node values after a forward pass over `eingaben`, the bias node counted once more.
+void Werte(const Topologie_t& t, const Zeiteingaben_t& eingaben, std::vector<double>& wert) {
+    for (size_t i = 0; i < t.eingaben; ++i) wert[i] = i < eingaben.size() ? eingaben[i] : 0.0;
+    wert[t.eingaben - 1] += 1.0;
+    for (size_t i = 0; i < t.innen.size(); ++i) wert[t.eingaben + i] = t.innen[i]->wert;
+}
+
 bool IstLeer(char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; }
 
 // The file name after a subcommand: at most 1024 characters, trailing white space removed.
@@ -93,7 +113,7 @@ std::vector<Trainingsbeispiel_t> Zeittrainer_t::BeispieleAusLog(std::istream& ei
     auto abschliessen = [&beispiele, &suche]() {
         if (suche.empty()) return;
         const uint32_t endzug = suche.back().besterZug;
-        for (const auto& e : suche) beispiele.push_back({e.eingaben, e.besterZug == endzug ? ZielRuhig : ZielUnruhig});
+        for (const auto& e : suche) beispiele.push_back({e.figuren, e.besterZug == endzug ? ZielRuhig : ZielUnruhig});
         suche.clear();
     };
     std::string zeile;
@@ -137,7 +157,7 @@ double Zeittrainer_t::mittlererFehler() {
     if (daten.empty() || !netzwerk->brauchbar()) return 0.0;
     double summe = 0.0;
     for (const auto& b : daten) {
-        const double f = netzwerk->bewerten(b.eingaben) - b.ziel;
+        const double f = netzwerk->bewerten(ZeitEingaben(b.figuren, skala)) - b.ziel;
         summe += f * f;
     }
     return summe / static_cast<double>(daten.size());
@@ -154,22 +174,45 @@ double Zeittrainer_t::lernen(int durchgaenge) {
         for (size_t i = reihenfolge.size(); i > 1; --i) std::swap(reihenfolge[i - 1], reihenfolge[zufall() % i]);
         for (size_t nr : reihenfolge) {
             const Trainingsbeispiel_t& b = daten[nr];
-            const double aus = netzwerk->bewerten(b.eingaben);
-            for (size_t i = 0; i < t.eingaben; ++i) wert[i] = i < b.eingaben.size() ? b.eingaben[i] : 0.0;
-            wert[t.eingaben - 1] += 1.0;  // the bias node counts once more
-            for (size_t i = 0; i < t.innen.size(); ++i) wert[t.eingaben + i] = t.innen[i]->wert;
-            std::fill(delta.begin(), delta.end(), 0.0);
+            const Zeiteingaben_t eingaben = ZeitEingaben(b.figuren, skala);
+            const double aus = netzwerk->bewerten(eingaben);
+            Werte(t, eingaben, wert);
             // Clipped, so that one wild example cannot throw the weights far.
-            delta[t.ausgabe] = std::clamp(aus - b.ziel, -1.0, 1.0);
-            // Hidden nodes from the last layer back: their targets are done before them.
-            for (size_t i = t.innen.size(); i-- > 0;) {
-                const size_t k = t.eingaben + i;
-                double s = 0.0;
-                for (const auto& kante : t.kanten[k]) s += *kante.gewicht * delta[kante.ziel];
-                delta[k] = (1.0 - wert[k] * wert[k]) * s;
-            }
+            Rueckwaerts(t, wert, delta, std::clamp(aus - b.ziel, -1.0, 1.0));
             for (size_t q = 0; q < t.kanten.size(); ++q)
                 for (const auto& kante : t.kanten[q]) *kante.gewicht -= Lernrate * wert[q] * delta[kante.ziel];
+        }
+    }
+    return mittlererFehler();
+}
+
+double Zeittrainer_t::skalierungAnpassen(int durchgaenge) {
+    if (daten.empty() || !netzwerk->brauchbar()) return mittlererFehler();
+    Topologie_t t = Abflachen(*netzwerk);
+    std::vector<double> wert(t.knoten, 0.0), delta(t.knoten, 0.0);
+    // Adam over the 30 parameters, faktor first, then versatz.
+    constexpr size_t N = 2 * ZeitFigurenAnzahl;
+    std::array<double, N> m{}, v{};
+    const double beta1 = 0.9, beta2 = 0.999;
+    for (int d = 1; d <= durchgaenge; ++d) {
+        std::array<double, N> g{};
+        for (const Trainingsbeispiel_t& b : daten) {
+            const Zeiteingaben_t eingaben = ZeitEingaben(b.figuren, skala);
+            const double aus = netzwerk->bewerten(eingaben);
+            Werte(t, eingaben, wert);
+            Rueckwaerts(t, wert, delta, aus - b.ziel);
+            for (size_t i = 0; i < ZeitFigurenAnzahl && i < t.eingaben; ++i) {
+                g[i] += delta[i] * b.figuren[i];
+                g[ZeitFigurenAnzahl + i] += delta[i];
+            }
+        }
+        const double n = static_cast<double>(daten.size());
+        for (size_t p = 0; p < N; ++p) {
+            m[p] = beta1 * m[p] + (1 - beta1) * g[p] / n;
+            v[p] = beta2 * v[p] + (1 - beta2) * (g[p] / n) * (g[p] / n);
+            const double mh = m[p] / (1 - std::pow(beta1, d)), vh = v[p] / (1 - std::pow(beta2, d));
+            double& x = p < ZeitFigurenAnzahl ? skala.faktor[p] : skala.versatz[p - ZeitFigurenAnzahl];
+            x -= Anpassrate * mh / (std::sqrt(vh) + 1e-8);
         }
     }
     return mittlererFehler();
@@ -237,6 +280,28 @@ void ZeitBefehl(std::unique_ptr<Zeittrainer_t>& trainer, const char* rest,
     if (size_t p = text.find(" write "); p != std::string::npos) {
         const std::string name = Dateiname(text, p + 7);
         if (!trainer || !trainer->schreiben(name)) melden("info string error writing file: " + name);
+        return;
+    }
+    // Our own addition: the input scaling fitted with the weights held, reported
+    // in the form that zeiteingaben.cpp takes.
+    if (size_t p = text.find(" fit"); p != std::string::npos) {
+        if (!trainer || trainer->anzahlBeispiele() == 0) {
+            melden("info string nothing to learn");
+            return;
+        }
+        const long n = Zahl(text, p + 4, Zeittrainer_t::StandardAnpassungen);
+        const double vorher = trainer->mittlererFehler();
+        const double nachher =
+            trainer->skalierungAnpassen(static_cast<int>(std::clamp<long>(n, 0, Zeittrainer_t::MaxDurchgaenge)));
+        char puffer[96];
+        std::snprintf(puffer, sizeof puffer, "info string Mittlerer Fehler %.6f (before %.6f)", nachher, vorher);
+        melden(puffer);
+        const Zeitskalierung_t& s = trainer->skalierung();
+        for (size_t i = 0; i < ZeitFigurenAnzahl; ++i) {
+            std::snprintf(puffer, sizeof puffer, "info string input %zu scale %.4f offset %.4f", i, s.faktor[i],
+                          s.versatz[i]);
+            melden(puffer);
+        }
         return;
     }
 }

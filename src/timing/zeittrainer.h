@@ -5,14 +5,19 @@
 // exactly when further iterations change the move that is finally played. So
 // each logged iteration is labelled by hindsight over its own search (the log
 // lines sharing one start time, in rising depth index): when its best move is
-// already the move of the search's last logged iteration, the target is 0.02
-// (quiet: stop early, about 63 % of the target time); otherwise 0.30 (the move
-// was still to change: allow up to about 157 %). Learning by mean squared
-// error, the output estimates 0.02 + 0.28 times the chance that the move will
-// still change, which is what the allocation wants to scale with.
+// already the move of the search's last logged iteration, the target is 0.05
+// (quiet: stop early, at about 73 % of the target time); otherwise 0.35 (the
+// move was still to change: allow up to about 173 %). Learning by mean squared
+// error, the output estimates 0.05 + 0.30 times the chance that the move will
+// still change, which is what the allocation wants to scale with; a search
+// that settled early lands near 0.08, the value the allocation starts from.
 //
 // Learning: plain stochastic gradient descent, backpropagation through the
 // tanh layer, over the examples in a shuffled (but repeatable) order per pass.
+//
+// Fitting: the network's weights stay as they are and the scale and offset of
+// each input (zeiteingaben.h) are fitted instead, by full-batch Adam on the same
+// error: the way to adapt the built-in network, whose weights are fixed.
 #pragma once
 
 #include <array>
@@ -24,19 +29,21 @@
 #include <string>
 #include <vector>
 
-#include "timing/zeitnetz.h"
+#include "timing/zeiteingaben.h"
 
 struct Trainingsbeispiel_t {
-    std::array<double, Zeitnetz_t::Eingaben> eingaben{};
+    Zeitfiguren_t figuren{};
     double ziel = 0.0;
 };
 
 class Zeittrainer_t {
 public:
-    static constexpr double ZielRuhig = 0.02;
-    static constexpr double ZielUnruhig = 0.30;
+    static constexpr double ZielRuhig = 0.05;
+    static constexpr double ZielUnruhig = 0.35;
     static constexpr double Lernrate = 0.01;
     static constexpr int StandardDurchgaenge = 100;
+    static constexpr int StandardAnpassungen = 1000;
+    static constexpr double Anpassrate = 0.01;  // Adam's step for the scaling
     static constexpr int MaxDurchgaenge = 100000;
     static constexpr int MaxInnenKnoten = 1000;
 
@@ -53,6 +60,9 @@ public:
 
     // Runs the passes (with no examples it does nothing) and returns the mean error afterwards.
     double lernen(int durchgaenge);
+    // Fits the input scaling with the weights held (passes over all examples);
+    // returns the mean error afterwards.
+    double skalierungAnpassen(int durchgaenge);
     // Mean squared error of the network over all examples (0 without examples).
     double mittlererFehler();
 
@@ -62,6 +72,8 @@ public:
     bool schreiben(const std::string& datei) const;
 
     Zeitnetz_t& netz() { return *netzwerk; }
+    // The scaling the examples are fed with: the engine's until a fit changes it.
+    const Zeitskalierung_t& skalierung() const { return skala; }
 
     // Labels the iterations of a log (see above).
     static std::vector<Trainingsbeispiel_t> BeispieleAusLog(std::istream& ein);
@@ -71,6 +83,7 @@ private:
     void symmetrieBrechen();
 
     std::unique_ptr<Zeitnetz_t> netzwerk;
+    Zeitskalierung_t skala = ZeitskalierungStandard;
     std::vector<Trainingsbeispiel_t> daten;
     std::mt19937 zufall{20170101u};
 };

@@ -4,6 +4,7 @@
 
 #include <sstream>
 #include <string>
+#include <tuple>
 
 #include "protocol/ausgabe.h"
 #include "protocol/uci.h"
@@ -85,21 +86,19 @@ TEST(UciPosition, Faelle) {
     }
 }
 
-TEST(UciGo, SuddenDeathNimmtDieFlacheKurve) {
-    // Without moves to go a move may take about T/36 rather than T/53 of the clock; a
-    // control with moves to go keeps the steeper curve.
+TEST(UciGo, ZuegeBisZurKontrolle) {
+    // Moves to go absent, 0, 99 and 150 all allocate as 99: nothing in the protocol
+    // chooses the flatter curve.
     Zeitkontrolle_t zk;
     Mitschrift_t ausgabe;
     SucheZufall_t sucher(true);
     UciInterface_t uci(Optionstabelle, &zk, &ausgabe, &sucher);
-    uci.befehl("go wtime 10200 btime 10200 winc 100 binc 100");
-    sucher.WarteBisUntaetig();
-    EXPECT_EQ(zk.kurve, 1);
-    EXPECT_EQ(zk.ziel, 279);  // T = 10000, D = 36 tanh(2.2) + 0.6
-    uci.befehl("go wtime 10200 btime 10200 movestogo 99");
-    sucher.WarteBisUntaetig();
-    EXPECT_EQ(zk.kurve, 0);
-    EXPECT_EQ(zk.ziel, 188);  // D = 55 tanh(1.89) + 0.5
+    for (const char* zuege : {"", " movestogo 0", " movestogo 99", " movestogo 150"}) {
+        uci.befehl((std::string("go wtime 10200 btime 10200 winc 100 binc 100") + zuege).c_str());
+        sucher.WarteBisUntaetig();
+        EXPECT_EQ(std::tuple(zk.kurve, zk.ziel, zk.iterationsgrenze, zk.harteGrenze), std::tuple(0, 188, 752, 1428))
+            << zuege;  // T = 10000, D = 55 tanh(1.89) + 0.5
+    }
 }
 
 }  // namespace

@@ -105,12 +105,36 @@ TEST(Zeittrainer, LerntUndSpeichert) {
     EXPECT_EQ(zeit.zeilen.size(), 4u);  // add, write and read went through silently
 }
 
+TEST(Zeittrainer, PasstDieSkalierungAn) {
+    // The weights stay as they are; the scaling of the inputs moves, and the error falls.
+    TempDatei log(".log");
+    log.schreiben(SynthetischesLog(60));
+    Befehl zeit;
+    zeit(" add " + log.name);
+    const Zeiteingaben_t x = ZeitEingaben(Zeitfiguren_t{1.0, 0.5});
+    const double vorher = zeit.trainer->netz().bewerten(x);
+    zeit(" fit 300");
+    ASSERT_EQ(zeit.zeilen.size(), 1u + ZeitFigurenAnzahl);
+    double fehler = 0, davor = 0;
+    ASSERT_EQ(std::sscanf(zeit.zeilen[0].c_str(), "info string Mittlerer Fehler %lf (before %lf)", &fehler, &davor), 2)
+        << zeit.zeilen[0];
+    EXPECT_LT(fehler, 0.8 * davor);
+    EXPECT_EQ(zeit.trainer->netz().bewerten(x), vorher);
+    // The reported scaling is the trainer's, in input order.
+    const Zeitskalierung_t& s = zeit.trainer->skalierung();
+    char soll[96];
+    std::snprintf(soll, sizeof soll, "info string input 1 scale %.4f offset %.4f", s.faktor[1], s.versatz[1]);
+    EXPECT_EQ(zeit.zeilen[2], soll);
+    EXPECT_NE(s.faktor[1], ZeitskalierungStandard.faktor[1]);
+}
+
 TEST(ZeitBefehl, Meldungen) {
     const std::string weg = "/nonexistent-directory-for-kelvaran/x";
     TempDatei fremd(".txt");
     fremd.schreiben("11 3 0 1 1 1 2 1 0 0 1 0 0.5\n");  // a sound network, but not 16 inputs
     const std::pair<std::string, std::string> faelle[] = {
         {" learn", "info string nothing to learn"},
+        {" fit", "info string nothing to learn"},
         {" write " + weg, "info string error writing file: " + weg},  // no trainer yet
         {" add " + weg, "info string file not found:" + weg},
         {" learn 10", "info string nothing to learn"},
