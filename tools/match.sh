@@ -155,6 +155,26 @@ warnings=$(grep '^Warning' "$log" | sed 's/ - move [a-h][1-8][a-h][1-8][qrbn]* /
 [ -z "$warnings" ] || { echo "Runner warnings (count, most frequent first):"; echo "$warnings"; }
 echo "Game ends (PGN Termination tags):"
 echo "${terminations:-  none recorded}"
+# Thinking time and depth per engine, from the "{score/depth time}" comments of the moves.
+python3 - "$pgn" <<'PY' || true
+import re, sys
+zeit, tiefe, partien = {}, {}, {}
+for block in re.split(r"\n(?=\[Event )", open(sys.argv[1], errors="replace").read()):
+    namen = [re.search(r'\[%s "([^"]*)"\]' % f, block) for f in ("White", "Black")]
+    if not all(namen):
+        continue
+    am_zug = 0 if re.search(r'\[FEN "[^"]* w ', block) or "[FEN" not in block else 1
+    for d, t in re.findall(r"\{[^/}]*/(\d+) ([0-9.]+)s", block):
+        n = namen[am_zug].group(1)
+        zeit[n] = zeit.get(n, 0.0) + float(t)
+        tiefe.setdefault(n, []).append(int(d))
+        am_zug ^= 1
+    for m in namen:
+        partien[m.group(1)] = partien.get(m.group(1), 0) + 1
+for n in sorted(zeit):
+    print(f"Thinking: {n}: {zeit[n] / partien[n]:.2f} s a game, depth {sum(tiefe[n]) / len(tiefe[n]):.2f} on average"
+          f" over {len(tiefe[n])} moves")
+PY
 echo "PGN: $pgn"
 if [ -n "$faults" ]; then
     echo "ABNORMAL GAME ENDS:"
