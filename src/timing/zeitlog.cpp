@@ -1,6 +1,5 @@
 #include "timing/zeitlog.h"
 
-#include <algorithm>
 #include <cctype>
 #include <cinttypes>
 #include <cmath>

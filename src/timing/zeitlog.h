@@ -18,7 +18,6 @@
 // Lines that do not start with "Z " are ignored, so a log may carry comments.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <fstream>
 #include <string>
