@@ -404,7 +404,8 @@ void Suche_t::suchen() {
         const int n = Hauptvariante(wurzel[0].zug, pv, 2);
         const bool gewechselt = i >= 2 && wurzel[0].zug != vorherigerZug;
         unruhe = unruhe / 2 + (gewechselt ? 1.0 : 0.0);
-        const bool antwortGewechselt = i >= 1 && n >= 2 && pv[1] != vorherigeAntwort;
+        // The first line with a reply has nothing to change from.
+        const bool antwortGewechselt = vorherigeAntwort != 0 && n >= 2 && pv[1] != vorherigeAntwort;
         antwortUnruhe = antwortUnruhe / 2 + (antwortGewechselt ? 1.0 : 0.0);
         Iterationsdaten_t d;
         d.start = zeit != nullptr ? zeit->start : 0;

@@ -5,12 +5,14 @@
 // exactly when further iterations change the move that is finally played. So
 // each logged iteration is labelled by hindsight over its own search (the log
 // lines sharing one start time, in rising depth index): when its best move is
-// already the move of the search's last logged iteration, the target is 0.05
-// (quiet: stop early, at about 73 % of the target time); otherwise 0.35 (the
-// move was still to change: allow up to about 173 %). Learning by mean squared
-// error, the output estimates 0.05 + 0.30 times the chance that the move will
-// still change, which is what the allocation wants to scale with; a search
-// that settled early lands near 0.08, the value the allocation starts from.
+// already the move of the search's last logged iteration, the target is 0.07
+// (quiet: stop at about 80 % of the target time); otherwise 0.40 (the move was
+// still to change: allow up to about 190 %). Learning by mean squared error,
+// the output estimates 0.07 + 0.33 times the chance that the move will still
+// change, which is what the allocation wants to scale with; a search that
+// settled early lands near 0.10, a little above the value the allocation
+// starts from, since the engine left to itself spends too little of its clock
+// in sudden death with a small increment.
 //
 // Learning: plain stochastic gradient descent, backpropagation through the
 // tanh layer, over the examples in a shuffled (but repeatable) order per pass.
@@ -38,8 +40,8 @@ struct Trainingsbeispiel_t {
 
 class Zeittrainer_t {
 public:
-    static constexpr double ZielRuhig = 0.05;
-    static constexpr double ZielUnruhig = 0.35;
+    static constexpr double ZielRuhig = 0.07;
+    static constexpr double ZielUnruhig = 0.40;
     static constexpr double Lernrate = 0.01;
     static constexpr int StandardDurchgaenge = 100;
     static constexpr int StandardAnpassungen = 1000;
