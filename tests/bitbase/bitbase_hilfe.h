@@ -1,43 +1,24 @@
 // Helpers for the bitbase tests: a private directory per test and raw files.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <cstdint>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
-#include <unistd.h>
+#include "../test_dateien.h"
 
 namespace bitbase_test {
 
 using Bytes = std::vector<uint8_t>;
-
-// A fresh directory, removed again at the end of the test.
-struct TestVerzeichnis {
-    std::filesystem::path pfad;
-    TestVerzeichnis() {
-        const auto* t = testing::UnitTest::GetInstance()->current_test_info();
-        pfad = std::filesystem::temp_directory_path() /
-               (std::string("kelvaran_bb_") + t->test_suite_name() + "_" + t->name() + "_" + std::to_string(::getpid()));
-        std::filesystem::remove_all(pfad);
-        std::filesystem::create_directories(pfad);
-    }
-    ~TestVerzeichnis() { std::filesystem::remove_all(pfad); }
-    std::string operator/(const std::string& name) const { return (pfad / name).string(); }
-};
+using TestVerzeichnis = test_dateien::Verzeichnis_t;
 
 inline void SchreibeDatei(const std::string& name, const Bytes& inhalt) {
-    std::ofstream aus(name, std::ios::binary);
-    aus.write(reinterpret_cast<const char*>(inhalt.data()), static_cast<std::streamsize>(inhalt.size()));
+    test_dateien::Schreibe(name, std::string(inhalt.begin(), inhalt.end()));
 }
 
 inline Bytes LeseDatei(const std::string& name) {
-    std::ifstream ein(name, std::ios::binary);
-    return Bytes(std::istreambuf_iterator<char>(ein), std::istreambuf_iterator<char>());
+    const std::string s = test_dateien::Lies(name);
+    return Bytes(s.begin(), s.end());
 }
 
 // A file of `bloecke` index entries (all fill 00 unless set) followed by data.

@@ -4,42 +4,26 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <string>
-#include <unistd.h>
 
+#include "../test_dateien.h"
 #include "bitbase/erzeugung.h"
 
 namespace erzeugung_test {
 
-inline std::string NeuesVerzeichnis(const char* name) {
-    const std::filesystem::path p =
-        std::filesystem::temp_directory_path() / ("kelvaran_" + std::string(name) + "_" + std::to_string(getpid()));
-    std::filesystem::remove_all(p);
-    std::filesystem::create_directories(p);
-    return p.string();
-}
-
-// Removed again when the test process ends.
-struct Verzeichnis_t {
-    std::string pfad;
-    explicit Verzeichnis_t(const char* name) : pfad(NeuesVerzeichnis(name)) {}
-    ~Verzeichnis_t() {
-        std::error_code fehler;
-        std::filesystem::remove_all(pfad, fehler);
-    }
-};
+using Verzeichnis_t = test_dateien::Verzeichnis_t;
 
 inline const std::string& KleineBitbasen() {
-    static Verzeichnis_t verzeichnis("bitbasen");
+    static const Verzeichnis_t verzeichnis("bitbasen");
+    static const std::string pfad = verzeichnis.pfad.string();
     static const bool fertig = [] {
         bool ok = true;
         for (const char* name : {"KDK", "KTK", "KBK"})
-            ok &= ErzeugeBitbase(name, 2, verzeichnis.pfad, [](const std::string&) {});
+            ok &= ErzeugeBitbase(name, 2, pfad, [](const std::string&) {});
         return ok;
     }();
     EXPECT_TRUE(fertig);
-    return verzeichnis.pfad;
+    return pfad;
 }
 
 // "e4" -> square number (a8 = 0, h1 = 63).

@@ -30,7 +30,7 @@ std::string Index(const std::vector<int>& wt, const std::vector<int>& st, const 
 
 TEST(BitbaseWerkzeug, Kommandozeile) {
     erzeugung_test::Verzeichnis_t v("werkzeug");
-    Lauf_t lauf = Starte("", {"--CreateBitbase", v.pfad + "/KDK"});
+    Lauf_t lauf = Starte("", {"--CreateBitbase", v / "KDK"});
     EXPECT_EQ(lauf.status, 0);
     EXPECT_TRUE(lauf.fehler.empty());
     ASSERT_GE(lauf.aus.size(), 4u);
@@ -39,13 +39,13 @@ TEST(BitbaseWerkzeug, Kommandozeile) {
                                    "Schwarz gewinnt 0, 21 Durchlaeufe, 1 Threads"));
     for (const char* name : {"KK", "KDK", "KKD"}) EXPECT_TRUE(std::filesystem::exists(BitbaseDatei(v.pfad, name)));
 
-    lauf = Starte("", {"--CreateBitbase", "Threads=2", v.pfad + "/KSK"});
+    lauf = Starte("", {"--CreateBitbase", "Threads=2", v / "KSK"});
     EXPECT_TRUE(Enthaelt(lauf.aus, "info string Bitbase KSK: 81920 Positionen, 53806 legal, Weiss gewinnt 0, "
                                    "Schwarz gewinnt 0, 1 Durchlaeufe, 2 Threads"));
     EXPECT_FALSE(Enthaelt(lauf.aus, "Bitbase KK:"));  // already there
-    lauf = Starte("", {"--CreateBitbaseParallel", v.pfad + "/KLK"});
+    lauf = Starte("", {"--CreateBitbaseParallel", v / "KLK"});
     EXPECT_TRUE(Enthaelt(lauf.aus, "8 Threads"));
-    lauf = Starte("", {"--CheckBitbase", v.pfad + "/KDK"});
+    lauf = Starte("", {"--CheckBitbase", v / "KDK"});
     EXPECT_TRUE(Enthaelt(lauf.aus, "info string Pruefung KDK: 46137 Positionen, 0 Fehler"));
 
     EXPECT_EQ(Starte("", {"--CreateBitbase", "KXK"}).aus,
@@ -55,7 +55,7 @@ TEST(BitbaseWerkzeug, Kommandozeile) {
     EXPECT_EQ(Starte("", {"--CreateBitbase", "KDDDKD"}).aus,
               std::vector<std::string>{"info string Bitbase KDDDKD: mehr als fuenf Steine werden nicht erzeugt"});
     // Three arguments without "Threads=": no tool, every argument reported, the engine runs.
-    lauf = Starte("", {"--CreateBitbase", "x", v.pfad + "/KTK"});
+    lauf = Starte("", {"--CreateBitbase", "x", v / "KTK"});
     EXPECT_EQ(lauf.status, 0);
     EXPECT_NE(lauf.fehler.find("illegal command line argument argv[1] = \"--CreateBitbase\""), std::string::npos);
     EXPECT_NE(lauf.fehler.find("illegal command line argument argv[3]"), std::string::npos);

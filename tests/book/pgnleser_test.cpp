@@ -7,6 +7,7 @@
 
 #include "board/zugmachen.h"
 #include "book/pgnleser.h"
+#include "buch_hilfe.h"
 
 namespace {
 
@@ -173,22 +174,18 @@ TEST(PgnLeser, DateiUeberVielePuffer) {
     for (int i = 0; i < 1000; ++i)
         pgn += Kopf + "1. e4 {" + std::string(200, 'x') + "} e5 2. Nf3 Nc6 *\n\n" + (i % 2 ? "%\n" : ";\n");
     pgn += Kopf + "1. e4 e5 2. Ke2 Ke7 3. Kd3 Kd6 4. Kc4 Kc5 *\n";
-    const std::string datei = testing::TempDir() + "kelvaran_pgn_puffer.pgn";
-    FILE* f = std::fopen(datei.c_str(), "wb");
-    ASSERT_NE(f, nullptr);
-    std::fwrite(pgn.data(), 1, pgn.size(), f);
-    std::fclose(f);
+    const TempDatei datei(".pgn");
+    datei.schreiben(pgn);
 
     std::vector<std::string> meldungen;
     PgnLeser_t leser([&](const std::string& z) { meldungen.push_back(z); });
-    ASSERT_TRUE(leser.Oeffnen(datei));
+    ASSERT_TRUE(leser.Oeffnen(datei.name));
     std::vector<Zug_t> zuege;
     PgnTags_t tags;
     int partien = 0;
     while (leser.LiesPartie(zuege, tags)) ++partien;
     EXPECT_EQ(partien, 1000);
     // The eighth move of the last game, a king walking next to the other, on line 6004.
-    EXPECT_EQ(meldungen, std::vector<std::string>{"info string PGN-Parser: file " + datei +
+    EXPECT_EQ(meldungen, std::vector<std::string>{"info string PGN-Parser: file " + datei.name +
                                                   " line 6004 char 39: illegal move Kc5"});
-    std::remove(datei.c_str());
 }

@@ -2,7 +2,6 @@
 // complete games and input that makes no sense.
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <random>
 #include <regex>
 #include <sstream>
@@ -13,6 +12,7 @@
 #include "search/suche.h"
 #include "search/suche_zufall.h"
 #include "timing/zeitkontrolle.h"
+#include "../test_dateien.h"
 #include "xboard_hilfen.h"
 
 namespace {
@@ -99,18 +99,15 @@ TEST(XBoardProgramm, VollstaendigeZufallspartie) {
 TEST(XBoardProgramm, DenkausgabeUndWertMitMehrerenLinien) {
     // MultiPV from the settings file: thinking lines and the score that the draw and
     // resign decisions read still come from the best line.
-    const std::string ini = testing::TempDir() + "Kelvaran.ini";
-    {
-        std::ofstream f(ini);
-        f << "setoption name MultiPV value 3\nsetoption name OwnBook value false\n";
-    }
+    const TempDatei ini(".ini");
+    ini.schreiben("setoption name MultiPV value 3\nsetoption name OwnBook value false\n");
     std::ostringstream aus;
     Zeitkontrolle_t zk{};
     XBoardAusgabe_t ausgabe(&zk, aus);
     Suche_t sucher;
     UciInterface_t uci(Optionstabelle, &zk, &ausgabe, &sucher);
     ausgabe.optionen = &uci.Optionen();
-    XBoardInterface_t xboard(&uci, &uci.Optionen(), &ausgabe, ini);
+    XBoardInterface_t xboard(&uci, &uci.Optionen(), &ausgabe, ini.name);
     ausgabe.xboard = &xboard;
     for (const char* befehl : {"xboard", "protover 2", "post", "sd 6", "setboard 4k3/pp6/8/3q4/8/8/PP1R4/4K3 w - - 0 1", "go"})
         xboard.befehl(befehl);

@@ -1,12 +1,11 @@
 // The XBoard adapter on scripted sessions: exact GUI lines and the UCI lines behind them.
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <fstream>
 #include <regex>
 #include <string>
 #include <vector>
 
+#include "../test_dateien.h"
 #include "xboard_hilfen.h"
 
 namespace {
@@ -33,19 +32,15 @@ TEST(XBoard, ProtoverMitUndOhneEinstellungsdatei) {
     EXPECT_EQ(ohne.Uci(), Zeilen_t{});
 
     // Only "setoption " lines are handed on, as they stand.
-    const std::string ini = testing::TempDir() + "Kelvaran.ini";
-    {
-        std::ofstream f(ini);
-        f << "setoption name Hash value 64\n# a comment\nsetoption name Resign value 900\r\n"
-          << "Hash 5\n  setoption name MultiPV value 3\nsetoptionname Hash value 2\n";
-    }
-    XBoardSitzung_t mit(ini);
+    const TempDatei ini(".ini");
+    ini.schreiben("setoption name Hash value 64\n# a comment\nsetoption name Resign value 900\r\n"
+                  "Hash 5\n  setoption name MultiPV value 3\nsetoptionname Hash value 2\n");
+    XBoardSitzung_t mit(ini.name);
     mit("protover 3");
     EXPECT_EQ(mit.Gui(), Plus(Merkmale, {"feature done=1"}));
     EXPECT_EQ(mit.Uci(), (Zeilen_t{"setoption name Hash value 64", "setoption name Resign value 900"}));
     EXPECT_EQ(mit.optionen.Zahl(mit.optionen.Index("Hash")), 64);
     EXPECT_EQ(mit.optionen.Resign(), 900);
-    std::remove(ini.c_str());
 }
 
 TEST(XBoard, ProtokollVersionEinsBeendet) {

@@ -5,14 +5,12 @@
 
 #include <algorithm>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
 #include <memory>
 #include <random>
 #include <string>
-#include <unistd.h>
 
 #include "../protocol/protokoll_hilfen.h"
+#include "../test_dateien.h"
 
 #include "board/zuggenerator.h"
 #include "board/zugmachen.h"
@@ -168,19 +166,16 @@ TEST(Netz, DateiHinUndZurueck) {
 // "EvalFile" names another network: a good file is used, a bad one is refused with a
 // report and the built-in network plays on, also after the next "go".
 TEST(Netz, EvalFile) {
-    namespace fs = std::filesystem;
-    const fs::path ordner = fs::temp_directory_path() / ("kelvaran_evalfile_" + std::to_string(getpid()));
-    fs::create_directories(ordner);
-    const std::string gut = (ordner / "gut.knn").string(), kurz = (ordner / "kurz.knn").string();
+    const test_dateien::Verzeichnis_t ordner;
+    const std::string gut = ordner / "gut.knn", kurz = ordner / "kurz.knn";
     const std::string inhalt = NetzDateiInhalt(EingebautesNetz());
-    std::ofstream(gut, std::ios::binary) << inhalt;
-    std::ofstream(kurz, std::ios::binary) << inhalt.substr(0, 5000);
+    test_dateien::Schreibe(gut, inhalt);
+    test_dateien::Schreibe(kurz, inhalt.substr(0, 5000));
     // Each search from an empty table and history, so equal networks search equal trees.
     const std::string go = "setoption name Clear Hash\nposition startpos moves e2e4\ngo depth 5\n";
     const Lauf_t lauf = Starte("uci\nsetoption name EvalFile value " + kurz + "\n" + go + go +
                                "setoption name EvalFile value " + gut + "\n" + go +
                                "setoption name EvalFile value /nonexistent/x.knn\n" + go);
-    fs::remove_all(ordner);
     auto zaehle = [&](const std::string& text) {
         return std::count(lauf.aus.begin(), lauf.aus.end(), text);
     };

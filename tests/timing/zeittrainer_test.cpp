@@ -2,14 +2,14 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
+#include <random>
 #include <sstream>
 #include <tuple>
 #include <utility>
 
 #include "timing/zeitlog.h"
 #include "timing/zeittrainer.h"
+#include "../test_dateien.h"
 
 namespace {
 
@@ -34,19 +34,6 @@ std::string SynthetischesLog(int suchen) {
     }
     return log;
 }
-
-// A scratch file named after the running test, so that tests run by ctest in
-// parallel processes never share one.
-struct TempDatei {
-    std::string name;
-    explicit TempDatei(const std::string& endung) {
-        const auto* t = testing::UnitTest::GetInstance()->current_test_info();
-        name = std::filesystem::temp_directory_path() / (std::string("kelvaran_") + t->test_suite_name() + "_" +
-                                                         t->name() + endung);
-    }
-    ~TempDatei() { std::remove(name.c_str()); }
-    void schreiben(const std::string& inhalt) const { std::ofstream(name) << inhalt; }
-};
 
 struct Befehl {
     std::unique_ptr<Zeittrainer_t> trainer;

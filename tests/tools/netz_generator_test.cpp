@@ -4,13 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <sstream>
 #include <string>
-#include <unistd.h>
 #include <vector>
+
+#include "../test_dateien.h"
 
 #include "board/zuggenerator.h"
 #include "netz/datensatz.h"
@@ -18,25 +17,16 @@
 
 namespace {
 
-namespace fs = std::filesystem;
-
-struct Ordner_t {
-    fs::path pfad = fs::temp_directory_path() / ("kelvaran_netzdaten_" + std::to_string(getpid()));
+// A scratch directory with an opening file of two positions and a line that is none.
+struct Ordner_t : test_dateien::Verzeichnis_t {
     Ordner_t() {
-        fs::remove_all(pfad);
-        fs::create_directories(pfad);
         std::ofstream(pfad / "start.epd") << "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - bm e4;\n"
                                           << "not a position\n"
                                           << "r3k2r/pp3ppp/8/8/8/8/PP3PPP/R3K2R w KQkq - 0 1\n";
     }
-    ~Ordner_t() { fs::remove_all(pfad); }
-    std::string operator/(const char* name) const { return (pfad / name).string(); }
 };
 
-std::string Lies(const std::string& name) {
-    std::ifstream ein(name, std::ios::binary);
-    return {std::istreambuf_iterator<char>(ein), std::istreambuf_iterator<char>()};
-}
+using test_dateien::Lies;
 
 Generatorauftrag_t Auftrag(const Ordner_t& o, const char* datei, uint64_t spiele, int threads, uint64_t saat = 3) {
     Generatorauftrag_t a;

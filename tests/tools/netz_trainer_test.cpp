@@ -4,13 +4,13 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <filesystem>
 #include <fstream>
 #include <random>
 #include <sstream>
 #include <string>
-#include <unistd.h>
 #include <vector>
+
+#include "../test_dateien.h"
 
 #include "netz/datensatz.h"
 #include "netz/generator.h"
@@ -18,21 +18,17 @@
 
 namespace {
 
-namespace fs = std::filesystem;
-
 // A few self-play games at 200 nodes a move, made once per test process.
 struct Spiele_t {
-    fs::path ordner = fs::temp_directory_path() / ("kelvaran_netztrainer_" + std::to_string(getpid()));
-    std::string datei = (ordner / "daten.bin").string();
+    test_dateien::Verzeichnis_t ordner{"netztrainer"};
+    std::string datei = ordner / "daten.bin";
     std::vector<Datensatz_t> saetze;
     Spiele_t() {
-        fs::remove_all(ordner);
-        fs::create_directories(ordner);
         std::ofstream(ordner / "start.epd") << "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq -\n"
                                                "r1bqkbnr/pppp1ppp/2n5/4p3/4P3/5N2/PPPP1PPP/RNBQKB1R w KQkq -\n";
         Generatorauftrag_t a;
         a.datei = datei;
-        a.eroeffnungen = {(ordner / "start.epd").string()};
+        a.eroeffnungen = {ordner / "start.epd"};
         a.spiele = 8;
         a.knoten = 200;
         a.threads = 2;
@@ -44,7 +40,6 @@ struct Spiele_t {
         Datensatz_t d;
         while (ein.read(reinterpret_cast<char*>(&d), sizeof d)) saetze.push_back(d);
     }
-    ~Spiele_t() { fs::remove_all(ordner); }
 };
 const Spiele_t& Spiele() {
     static Spiele_t spiele;
@@ -90,7 +85,7 @@ TEST(NetzTrainer, GradientWieDifferenzen) {
 TEST(NetzTrainer, LerntUndQuantisiertTreu) {
     const Spiele_t& spiele = Spiele();
     Trainerauftrag_t a;
-    a.ausgabe = (spiele.ordner / "netz.knn").string();
+    a.ausgabe = spiele.ordner / "netz.knn";
     a.daten = {spiele.datei};
     a.epochen = 6;
     a.stapel = 32;
@@ -110,10 +105,10 @@ TEST(NetzTrainer, LerntUndQuantisiertTreu) {
     EXPECT_NE(LadeNetzDatei(a.ausgabe, fehler), nullptr) << fehler;
 
     // Nothing to learn from: refused with a report.
-    a.daten = {(spiele.ordner / "missing.bin").string()};
+    a.daten = {spiele.ordner / "missing.bin"};
     EXPECT_EQ(Trainiere(a, bericht), 1);
     std::ofstream(spiele.ordner / "kaputt.bin", std::ios::binary) << std::string(64, '\xff');
-    a.daten = {(spiele.ordner / "kaputt.bin").string()};
+    a.daten = {spiele.ordner / "kaputt.bin"};
     a.pruefAnteil = 0.5;
     EXPECT_EQ(Trainiere(a, bericht), 1);
     EXPECT_NE(bericht.str().find("records are not positions"), std::string::npos);
