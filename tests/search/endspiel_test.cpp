@@ -1,7 +1,6 @@
 // The KPK table checked entry by entry against a move walk of its own, that walk
 // against the engine's move generator, and the endgame rules by case.
 #include <algorithm>
-#include <cctype>
 #include <cstdlib>
 #include <string>
 #include <utility>
@@ -9,6 +8,7 @@
 
 #include "../board/brett_hilfe.h"
 #include "search/endspiel.h"
+#include "such_hilfe.h"
 
 using namespace brett_test;
 
@@ -67,20 +67,6 @@ std::string Fen(Feld b, Feld a, Feld v, bool weissZieht) {
     brett[b] = 'P', brett[a] = 'K', brett[v] = 'k';
     for (int r = 0; r < 8; ++r) fen += brett.substr(static_cast<size_t>(8 * r), 8) + (r < 7 ? "/" : "");
     return fen + (weissZieht ? " w - - 0 1" : " b - - 0 1");
-}
-
-// Colour mirror of a FEN: ranks reversed, cases swapped, the other side to move.
-std::string Spiegel(const std::string& fen) {
-    std::string brett = fen.substr(0, fen.find(' ')), aus;
-    for (size_t ende = brett.size(); ende != std::string::npos;) {
-        const size_t anfang = brett.rfind('/', ende - 1);
-        const size_t von = anfang == std::string::npos ? 0 : anfang + 1;
-        for (char c : brett.substr(von, ende - von))
-            aus += static_cast<char>(std::isupper(c) ? std::tolower(c) : std::toupper(c));
-        aus += anfang == std::string::npos ? "" : "/";
-        ende = anfang;
-    }
-    return aus + (fen[fen.find(' ') + 1] == 'w' ? " b - - 0 1" : " w - - 0 1");
 }
 
 Endspielergebnis_t Wissen(const std::string& fen) {
@@ -236,7 +222,7 @@ TEST(Endspiel, ModusUndFarbsymmetrie) {
         {"4k3/pp6/8/8/8/8/1P6/4K3 w - - 0 1", 0},     // pawns, no rule
     };
     for (const auto& [fen, modus] : faelle) {
-        const Endspielergebnis_t e = Wissen(fen), s = Wissen(Spiegel(fen));
+        const Endspielergebnis_t e = Wissen(fen), s = Wissen(such_test::Spiegele(fen));
         EXPECT_EQ(e.modus, modus) << fen;
         EXPECT_EQ(std::pair(e.modus, e.wert), std::pair(s.modus, s.wert)) << fen;
     }
