@@ -1,5 +1,5 @@
 // The parallel search: threads made and ended by the option, split points only
-// with further threads, the same mates as one thread, and "stop" at any moment.
+// with further threads, and "stop" at any moment (its mates are in suche_test.cpp).
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -44,26 +44,6 @@ TEST(ParalleleSuche, NurMitWeiterenThreadsWirdGeteilt) {
         EXPECT_TRUE(Legal(st, suche.Suche(st, 10, 0, 0))) << n;
         if (n == 1) EXPECT_EQ(suche.Teilungen(), 0u);
         else EXPECT_GT(suche.Teilungen(), 0u) << n;
-    }
-}
-
-TEST(ParalleleSuche, MattsWieMitEinemThread) {
-    struct Fall {
-        const char* fen;
-        int zuege;
-    };
-    const Fall faelle[] = {
-        {"r5rk/5p1p/5R2/4B3/8/8/7P/7K w - - 0 1", 3},
-        {"r1b1kb1r/pppp1ppp/5q2/4n3/3KP3/2N3PN/PPP4P/R1BQ1B1R b kq - 0 1", 3},
-        {"7k/8/8/8/5K2/8/8/6R1 w - - 0 1", 4},
-        {"8/8/8/8/1k6/8/8/1K1Q4 w - - 0 1", 5},
-    };
-    Werkzeugsuche_t suche;
-    Threads(suche, 3);
-    for (const Fall& f : faelle) {
-        suche.NeuesSpiel();
-        suche.Suche(Fen(f.fen), 0, 0, f.zuege);
-        EXPECT_EQ(suche.Wert(), Matt - (2 * f.zuege - 1)) << f.fen;
     }
 }
 

@@ -51,14 +51,18 @@ TEST(Suche, MattAufKuerzestemWeg) {
         {"7k/8/8/8/5K2/8/8/6R1 w - - 0 1", 4, nullptr},
         {"8/8/8/8/1k6/8/8/1K1Q4 w - - 0 1", 5, nullptr},
     };
-    Werkzeugsuche_t suche;
-    for (const Fall& f : faelle) {
-        const Stellung_t st = Fen(f.fen);
-        suche.NeuesSpiel();
-        const Zug_t zug = suche.Suche(st, 0, 0, f.zuege);
-        EXPECT_EQ(suche.Wert(), Matt - (2 * f.zuege - 1)) << f.fen;
-        if (f.zug != nullptr) {
-            EXPECT_EQ(Text(st, zug), f.zug) << f.fen;
+    // The parallel search must find the same mates as one thread.
+    for (int threads : {1, 3}) {
+        Werkzeugsuche_t suche;
+        suche.Setze(("setoption name NumberOfProcessors value " + std::to_string(threads)).c_str());
+        for (const Fall& f : faelle) {
+            const Stellung_t st = Fen(f.fen);
+            suche.NeuesSpiel();
+            const Zug_t zug = suche.Suche(st, 0, 0, f.zuege);
+            EXPECT_EQ(suche.Wert(), Matt - (2 * f.zuege - 1)) << f.fen << " threads " << threads;
+            if (f.zug != nullptr) {
+                EXPECT_EQ(Text(st, zug), f.zug) << f.fen << " threads " << threads;
+            }
         }
     }
 }
