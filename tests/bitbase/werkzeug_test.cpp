@@ -9,7 +9,6 @@
 #include "../protocol/protokoll_hilfen.h"
 #include "bitbase/index.h"
 #include "erzeugung_hilfe.h"
-#include "protocol/ausgabe.h"
 #include "protocol/uci.h"
 #include "timing/zeitkontrolle.h"
 
@@ -95,13 +94,7 @@ TEST(BitbaseWerkzeug, ProbeBefehl) {
 // Bad input goes to the error slot, as "position" reports it (silent under UCI).
 TEST(BitbaseWerkzeug, ProbeFehler) {
     std::ostringstream verworfen;
-    struct Mitschrift_t : UciAusgabe_t {
-        explicit Mitschrift_t(std::ostream& strom) : UciAusgabe_t(LeereOptionstabelle, strom) {}
-        void fehler(const char* meldung, const char* argument) override {
-            text += std::string(meldung) + (argument != nullptr ? argument : "") + "|";
-        }
-        std::string text;
-    } ausgabe(verworfen);
+    Fehlermitschrift_t ausgabe(verworfen);
     Zeitkontrolle_t zk;
     UciInterface_t uci(Optionstabelle, &zk, &ausgabe);
     uci.befehl("bitbase");

@@ -50,4 +50,12 @@ inline std::vector<Zug_t> Pseudolegal(const Stellung_t& st, const Stellungsdaten
     return std::vector<Zug_t>(liste, liste + (ende - liste));
 }
 
+// The legal moves, in generation order.
+inline std::vector<Zug_t> Legal(Stellung_t& st, const Stellungsdaten_t& d) {
+    std::vector<Zug_t> legal;
+    for (Zug_t z : Pseudolegal(st, d))
+        if (IstLegal(st, z, d)) legal.push_back(z);
+    return legal;
+}
+
 }  // namespace brett_test

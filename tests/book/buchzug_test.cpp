@@ -5,8 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "board/zuggenerator.h"
-#include "board/zugmachen.h"
+#include "../board/brett_hilfe.h"
 #include "book/buchbefehl.h"
 #include "book/buchdatei.h"
 #include "book/buchzug.h"
@@ -37,10 +36,7 @@ std::string PolyglotEintrag(uint64_t schluessel, uint16_t zug, uint16_t gewicht)
     return BigEndian(schluessel, 8) + BigEndian(zug, 2) + BigEndian(gewicht, 2) + BigEndian(0, 4);
 }
 
-std::string Text(const Stellung_t& st, Zug_t zug) {
-    char t[8];
-    return ZugText(st, zug, t);
-}
+using brett_test::Text;
 
 }  // namespace
 
@@ -79,13 +75,8 @@ TEST(Polyglot, ZugwoerterHinUndZurueck) {
         Stellung_t st;
         Stellungsdaten_t daten;
         ASSERT_TRUE(SetzeStellung(st, daten, fen));
-        Zugliste_t liste;
-        const uint32_t* ende = ErzeugeZuege(st, daten, liste);
-        for (const uint32_t* p = liste; p < ende; ++p) {
-            const Zug_t zug = static_cast<Zug_t>(*p);
-            if (!IstLegal(st, zug, daten)) continue;
+        for (Zug_t zug : brett_test::Legal(st, daten))
             EXPECT_EQ(PolyglotZugAus(st, daten, PolyglotZugWort(st, zug)), zug) << Text(st, zug);
-        }
     }
     // Castling is the king taking its rook: e1h1 and e1a1; a promotion carries its piece.
     Stellung_t st;

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "protocol/ausgabe.h"
+#include "protocol/optionen.h"
 #include "protocol/programm.h"
 
 // The engine's full UCI handshake; the random players print only the two id lines and "uciok".
@@ -54,3 +56,12 @@ inline Lauf_t Starte(const std::string& eingabe, std::vector<std::string> argume
     const int status = Programm(static_cast<int>(argumente.size()), argv.data(), ein, aus, fehler);
     return {status, Zeilen(aus.str()), fehler.str()};
 }
+
+// Records the error reports, which the UCI output hides from the GUI.
+struct Fehlermitschrift_t : UciAusgabe_t {
+    explicit Fehlermitschrift_t(std::ostream& gui) : UciAusgabe_t(LeereOptionstabelle, gui) {}
+    void fehler(const char* meldung, const char* argument) override {
+        text += std::string(meldung) + (argument != nullptr ? argument : "") + "|";
+    }
+    std::string text;
+};

@@ -6,7 +6,7 @@
 #include <string>
 #include <tuple>
 
-#include "protocol/ausgabe.h"
+#include "protokoll_hilfen.h"
 #include "protocol/uci.h"
 #include "search/suche_zufall.h"
 #include "timing/zeitkontrolle.h"
@@ -14,16 +14,6 @@
 namespace {
 
 std::ostringstream verworfen;
-
-// Records the error reports, which the UCI output hides from the GUI.
-class Mitschrift_t : public UciAusgabe_t {
-public:
-    Mitschrift_t() : UciAusgabe_t(LeereOptionstabelle, verworfen) {}
-    void fehler(const char* meldung, const char* argument) override {
-        text += std::string(meldung) + (argument != nullptr ? argument : "") + "|";
-    }
-    std::string text;
-};
 
 struct Fall_t {
     const char* befehl;
@@ -72,7 +62,7 @@ TEST(UciPosition, Faelle) {
     for (const Fall_t& f : Faelle) {
         SCOPED_TRACE(f.befehl);
         Zeitkontrolle_t zk;
-        Mitschrift_t ausgabe;
+        Fehlermitschrift_t ausgabe(verworfen);
         UciInterface_t uci(Optionstabelle, &zk, &ausgabe);
         uci.befehl("position startpos moves e2e4");
         uci.befehl(f.befehl);
@@ -90,7 +80,7 @@ TEST(UciGo, ZuegeBisZurKontrolle) {
     // Moves to go absent, 0, 99 and 150 all allocate as 99: nothing in the protocol
     // chooses the flatter curve.
     Zeitkontrolle_t zk;
-    Mitschrift_t ausgabe;
+    Fehlermitschrift_t ausgabe(verworfen);
     SucheZufall_t sucher(true);
     UciInterface_t uci(Optionstabelle, &zk, &ausgabe, &sucher);
     for (const char* zuege : {"", " movestogo 0", " movestogo 99", " movestogo 150"}) {

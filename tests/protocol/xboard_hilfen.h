@@ -11,8 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "board/zuggenerator.h"
-#include "board/zugmachen.h"
+#include "../board/brett_hilfe.h"
 #include "protocol/optionen.h"
 #include "protocol/uci.h"
 #include "protocol/xboard.h"
@@ -91,11 +90,7 @@ inline std::vector<std::string> Zufallspartie(int halbzuege, unsigned saat) {
         auto st = std::make_unique<Stellung_t>(p.Stellung());
         Stellungsdaten_t daten;
         BerechneStellungsdaten(*st, daten);
-        Zugliste_t liste;
-        const uint32_t* ende = ErzeugeZuege(*st, daten, liste);
-        std::vector<Zug_t> legal;
-        for (const uint32_t* z = liste; z != ende; ++z)
-            if (IstLegal(*st, static_cast<Zug_t>(*z), daten)) legal.push_back(static_cast<Zug_t>(*z));
+        std::vector<Zug_t> legal = brett_test::Legal(*st, daten);
         std::shuffle(legal.begin(), legal.end(), zufall);
         bool weiter = false;
         for (Zug_t zug : legal) {

@@ -1,13 +1,9 @@
 // The searcher as a whole: mates at their distance, the draw rules inside the
 // search, positions without a move, and the root's limits.
-#include <gtest/gtest.h>
-
+#include <memory>
 #include <string>
 
-#include <memory>
-
-#include "board/zuggenerator.h"
-#include "board/zugmachen.h"
+#include "../board/brett_hilfe.h"
 #include "protocol/optionen.h"
 #include "protocol/suchwerkzeuge.h"
 #include "search/hashtabelle.h"
@@ -31,10 +27,7 @@ Stellung_t Partie(const char* fen, std::initializer_list<const char*> zuege) {
     return st;
 }
 
-std::string Text(const Stellung_t& st, Zug_t zug) {
-    char text[8];
-    return ZugText(st, zug, text);
-}
+using brett_test::Text;
 
 TEST(Suche, MattAufKuerzestemWeg) {
     struct Fall {
@@ -134,11 +127,7 @@ TEST(Suche, HarteGrenzeSchonInDerErstenIteration) {
     auftrag->zeit = &zeit;
     Stellungsdaten_t daten;
     BerechneStellungsdaten(auftrag->stellung, daten);
-    Zugliste_t liste;
-    const uint32_t* ende = ErzeugeZuege(auftrag->stellung, daten, liste);
-    for (const uint32_t* p = liste; p < ende; ++p)
-        if (IstLegal(auftrag->stellung, static_cast<Zug_t>(*p), daten))
-            auftrag->wurzelzuege[auftrag->anzahlWurzelzuege++] = *p;
+    for (Zug_t z : brett_test::Legal(auftrag->stellung, daten)) auftrag->wurzelzuege[auftrag->anzahlWurzelzuege++] = z;
     zeit.setzen(0, 0, 0, 1, 0, 0, 0, false, false);  // "depth 1": the whole first iteration
     suche.Go(*auftrag);
     suche.WarteBisUntaetig();

@@ -10,9 +10,8 @@
 #include <thread>
 #include <vector>
 
+#include "../board/brett_hilfe.h"
 #include "../protocol/protokoll_hilfen.h"
-#include "board/zuggenerator.h"
-#include "board/zugmachen.h"
 #include "protocol/ausgabe.h"
 #include "protocol/optionen.h"
 #include "search/suche_zufall.h"
@@ -29,11 +28,7 @@ struct Zufallsspiel_t {
     Zufallsspiel_t(bool matt, const char* fen) : sucher(matt) {
         Stellungsdaten_t daten;
         EXPECT_TRUE(SetzeStellung(auftrag->stellung, daten, fen)) << fen;
-        Zugliste_t liste;
-        const uint32_t* ende = ErzeugeZuege(auftrag->stellung, daten, liste);
-        for (const uint32_t* z = liste; z != ende; ++z)
-            if (IstLegal(auftrag->stellung, static_cast<Zug_t>(*z), daten))
-                auftrag->wurzelzuege[auftrag->anzahlWurzelzuege++] = *z;
+        for (Zug_t z : brett_test::Legal(auftrag->stellung, daten)) auftrag->wurzelzuege[auftrag->anzahlWurzelzuege++] = z;
         auftrag->ausgabe = &ausgabe;
     }
     // What one search prints, "" for nothing.
