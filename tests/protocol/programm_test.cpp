@@ -31,6 +31,8 @@ TEST(Programm, Skripte) {
         // XBoard speaks through the adapter: UCI words are unknown commands there.
         {{}, "xboard\nposition fen bad\nusermove e2e5\nping 1\nquit\nping 2\n",
          {"Error (unknown command): position fen bad", "Illegal move: e2e5", "pong 1"}, ""},
+        // Protocol version 1 ends the program: nothing is answered after it.
+        {{}, "xboard\nprotover 1\nping 1\nnew\n", {"Error (protocol version 2 required): 1"}, ""},
         {{}, "uci\nquit\nisready\nperft depth 1\n", Handshake, ""},
         // Unknown words are ignored; the input ends without "quit".
         {{}, "uci\nfoo bar\nISREADY\nisready_now\nuci\nucinewgame\nsetoption name X value 1\nposition startpos\nisready",

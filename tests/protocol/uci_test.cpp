@@ -33,18 +33,14 @@ const Fall_t Faelle[] = {
     {"position startpos moves e2e4 xyz", NachE4, "position: illegal move: xyz|"},
     {"position fen 4k3/8/8/8/8/8/4P3/4K3 w - - 0 1 moves e2e4 e8d7", "8/3k4/8/8/4P3/8/8/4K3 w - - 0 2", ""},
     {"position fen xyz/8 w - - 0 1 moves e2e4", Start, "position: Illegal FEN string: xyz/8 w - - 0 1 moves e2e4|"},
-    // Without the en-passant field, or without castling and en passant: no FEN either.
+    // Which FENs the reader refuses is fen_test.cpp's; here the report and the fallback.
+    // Without the en-passant field no FEN; without the clocks one.
     {"position fen 4k3/8/8/8/8/8/8/4K3 w -", Start, "position: Illegal FEN string: 4k3/8/8/8/8/8/8/4K3 w -|"},
-    {"position fen 4k3/8/8/8/8/8/8/4K3 b", Start, "position: Illegal FEN string: 4k3/8/8/8/8/8/8/4K3 b|"},
     {"position fen 4k3/8/8/8/8/8/8/4K3 b - - moves e8d7", "8/3k4/8/8/8/8/8/4K3 w - - 0 1", ""},
     {"position", NachE4, "'position' without 'startpos' and without 'fen'|"},
-    // Eleven knights, nine pawns, two kings: beyond the piece limits. Ten knights are still a position.
+    // Eleven knights: beyond the piece limits.
     {"position fen NNNNNNNN/NNN2k2/8/8/8/8/8/4K3 w - - 0 1", Start,
      "position: Illegal FEN string: NNNNNNNN/NNN2k2/8/8/8/8/8/4K3 w - - 0 1|"},
-    {"position fen 4k3/8/8/8/8/P7/PPPPPPPP/4K3 w - - 0 1", Start,
-     "position: Illegal FEN string: 4k3/8/8/8/8/P7/PPPPPPPP/4K3 w - - 0 1|"},
-    {"position fen 4k3/8/8/8/8/8/8/3KK3 w - - 0 1", Start, "position: Illegal FEN string: 4k3/8/8/8/8/8/8/3KK3 w - - 0 1|"},
-    {"position fen NNNNNNNN/NN3k2/8/8/8/8/8/4K3 w - - 0 1", "NNNNNNNN/NN3k2/8/8/8/8/8/4K3 w - - 0 1", ""},
     {"position Chess960", NachE4, "'position Chess960' without number|"},
     {"position Chess960 518", Start, ""},
     {"position Chess960 0 moves e2e4", "bbqnnrkr/pppppppp/8/8/4P3/8/PPPP1PPP/BBQNNRKR b KQkq - 0 1", ""},
