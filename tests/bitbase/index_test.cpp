@@ -65,16 +65,6 @@ Steine_t Zufaellig(std::mt19937& rng, const std::vector<int>& wt, const std::vec
 }
 
 TEST(BitbaseIndex, SignaturUndGroesse) {
-    Bitbase_t b;
-    ASSERT_TRUE(b.SetzeSignatur("KDK"));
-    EXPECT_STREQ(b.Signaturname, "KDK");
-    EXPECT_EQ(b.anzahlWeiss, 2);
-    EXPECT_EQ(b.anzahlSchwarz, 1);
-    EXPECT_EQ(b.anzahlSteine, 3);
-    EXPECT_EQ(b.typ[1], 5);
-    EXPECT_EQ(b.Ankerstein, -1);
-    EXPECT_EQ(b.positionen, 81920u);  // 10240 bytes, 20 blocks
-
     const struct {
         const char* name;
         uint64_t positionen;

@@ -47,9 +47,6 @@ TEST(Hashtabelle, PackenUndEntpacken) {
         EXPECT_EQ(e.nonPvPlies, f.d.nonPvPlies);
         EXPECT_EQ(e.drohung, f.d.drohung);
     }
-    // The bit layout itself: depth at 15, move at 28, score + 500000 at 44.
-    const uint64_t wort = PackeTt(Daten(0, 5, SchrankeUnten, 0x00ff, 0), 0, 1);
-    EXPECT_EQ(wort, 1u | (127u << 4) | 8192u | (5u << 15) | (uint64_t{0xff} << 28) | (uint64_t{500000} << 44));
 }
 
 TEST(Hashtabelle, ProbeUndErsetzung) {
