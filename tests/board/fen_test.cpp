@@ -111,19 +111,6 @@ TEST(Fen, Chess960Rochadeformen) {
     EXPECT_EQ(Brett("r3k2r/8/8/8/8/8/8/R4K1R b kq - 0 1").st->chess960, 0);
 }
 
-TEST(Fen, Chess960StartNachNummer) {
-    // Chess960Start sets the board only, so each record starts from a full set-up.
-    Brett standard(nullptr), grund(nullptr), null(nullptr), neunhundertsechzig(nullptr);
-    ASSERT_TRUE(Chess960Start(*standard.st, 518));
-    EXPECT_TRUE(Gleich(*standard.st, *grund.st));
-    ASSERT_TRUE(Chess960Start(*null.st, 0));
-    ASSERT_TRUE(Chess960Start(*neunhundertsechzig.st, 960));
-    EXPECT_TRUE(Gleich(*null.st, *neunhundertsechzig.st)) << "numbers count mod 960";
-    EXPECT_EQ(null.st->chess960, 1);
-    EXPECT_EQ(null.st->rochaden, 15);
-    // The layouts themselves are checked against the reference file in perft_test.cpp.
-}
-
 TEST(Fen, UngleicheLaeuferImMaterialschluessel) {
     Brett gleich("4k3/8/8/8/3b4/8/8/2B1K3 w - - 0 1");    // c1 and d4 both dark
     Brett ungleich("4k3/8/8/8/2b5/8/8/2B1K3 w - - 0 1");  // c4 light
