@@ -32,7 +32,13 @@ struct Befehl {
 const std::string ZweiPartien = Partie("1. e4 e5 2. Nf3", "1-0") + Partie("1. d4 d5", "0-1") +
                                 Partie("1. e4 e5 2. Nc3", "1/2-1/2");
 
-uint64_t StartSchluessel() { return Buchdatei::Schluesselsignatur(); }
+// The book's record of a move (in SAN) from the start position.
+const Buchzug_t* AmStart(const Buch_t& buch, const char* san) {
+    Stellung_t st;
+    Stellungsdaten_t daten;
+    SetzeStellung(st, daten, nullptr);
+    return buch.Finde(Buchdatei::Schluesselsignatur(), LeseSanZug(st, san, daten));
+}
 
 }  // namespace
 
@@ -44,15 +50,12 @@ TEST(BuchBefehl, AddWritememReadmemGibtDasselbeBuch) {
     ASSERT_TRUE(befehl.buch);
     EXPECT_TRUE(befehl.zeilen.empty());
     // Start: e4 in two games (a win and a draw), d4 in one loss.
-    Stellung_t st;
-    Stellungsdaten_t daten;
-    SetzeStellung(st, daten, nullptr);
-    const Buchzug_t* e4 = befehl.buch->Finde(StartSchluessel(), LeseSanZug(st, "e4", daten));
+    const Buchzug_t* e4 = AmStart(*befehl.buch, "e4");
     ASSERT_NE(e4, nullptr);
     EXPECT_EQ(e4->partien, 2u);
     EXPECT_EQ(e4->punkte, 3u);
     EXPECT_EQ(e4->gewicht, 1500u);
-    EXPECT_EQ(befehl.buch->Finde(StartSchluessel(), LeseSanZug(st, "d4", daten))->gewicht, 0u);
+    EXPECT_EQ(AmStart(*befehl.buch, "d4")->gewicht, 0u);
     EXPECT_EQ(befehl.buch->Anzahl(), 6u);
 
     befehl(" writemem " + a.name);
@@ -66,8 +69,8 @@ TEST(BuchBefehl, AddWritememReadmemGibtDasselbeBuch) {
     // value and CalcELO: the weights follow, the counts do not.
     befehl(" delete");
     befehl(" add " + pgn.name + " value 10 CalcELO");
-    EXPECT_EQ(befehl.buch->Finde(StartSchluessel(), LeseSanZug(st, "e4", daten))->gewicht, 1u);  // 10 * 1.5 * 0.056
-    EXPECT_EQ(befehl.buch->Finde(StartSchluessel(), LeseSanZug(st, "e4", daten))->partien, 2u);
+    EXPECT_EQ(AmStart(*befehl.buch, "e4")->gewicht, 1u);  // 10 * 1.5 * 0.056
+    EXPECT_EQ(AmStart(*befehl.buch, "e4")->partien, 2u);
 }
 
 TEST(BuchBefehl, DeleteNurAlsGanzesWort) {
@@ -176,10 +179,7 @@ TEST(BuchBefehl, SchlechteEingabeLaesstDasBuchHeil) {
     EXPECT_EQ(befehl.zeilen[0], "info string PGN-Parser: file " + falsch.name + " line 5 char 13: illegal move Ke3");
     EXPECT_EQ(befehl.zeilen[1],
               "info string PGN-Parser: file " + falsch.name + " line 10 char 6: illegal FEN 8/8/8 w - -");
-    Stellung_t st;
-    Stellungsdaten_t daten;
-    SetzeStellung(st, daten, nullptr);
-    EXPECT_NE(befehl.buch->Finde(StartSchluessel(), LeseSanZug(st, "c4", daten)), nullptr);
+    EXPECT_NE(AmStart(*befehl.buch, "c4"), nullptr);
 }
 
 TEST(BuchBefehl, Entropie) {
