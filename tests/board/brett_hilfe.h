@@ -26,6 +26,15 @@ struct Brett {
     Stellungsdaten_t d{};
     bool ok = false;
     explicit Brett(const char* fen) : ok(SetzeStellung(*st, d, fen)) {}
+    // The game from the FEN through coordinate moves, with its key history.
+    Brett(const char* fen, std::initializer_list<const char*> zuege) : Brett(fen) {
+        EXPECT_TRUE(ok) << fen;
+        for (const char* text : zuege) {
+            Rueckzug_t r;
+            EXPECT_TRUE(SpielzugMachen(*st, Zug(text), r, d)) << text;
+        }
+    }
+    Zug_t Zug(const char* text) const { return LeseKoordinatenZug(*st, text); }
 };
 
 // Undo is exact to the byte, unused list slots and padding included.

@@ -15,18 +15,6 @@ namespace {
 
 using such_test::Fen;
 
-// A game from a FEN through coordinate moves, with its key history.
-Stellung_t Partie(const char* fen, std::initializer_list<const char*> zuege) {
-    Stellung_t st;
-    Stellungsdaten_t daten;
-    EXPECT_TRUE(SetzeStellung(st, daten, fen));
-    for (const char* text : zuege) {
-        Rueckzug_t r;
-        EXPECT_TRUE(SpielzugMachen(st, LeseKoordinatenZug(st, text), r, daten)) << text;
-    }
-    return st;
-}
-
 using brett_test::Text;
 
 TEST(Suche, MattAufKuerzestemWeg) {
@@ -73,10 +61,9 @@ TEST(Suche, KeinZugUndUnmoeglicheStellungen) {
 TEST(Suche, RemisRegelnInDerSuche) {
     Werkzeugsuche_t suche;
     // Black, a queen down, can repeat the position a third time with Nb8.
-    const Stellung_t wiederholung =
-        Partie("rnb1kbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
-               {"b1c3", "b8c6", "c3b1", "c6b8", "b1c3", "b8c6", "c3b1"});
-    EXPECT_EQ(Text(wiederholung, suche.Suche(wiederholung, 6, 0, 0)), "c6b8");
+    const brett_test::Brett wiederholung("rnb1kbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
+                                         {"b1c3", "b8c6", "c3b1", "c6b8", "b1c3", "b8c6", "c3b1"});
+    EXPECT_EQ(Text(*wiederholung.st, suche.Suche(*wiederholung.st, 6, 0, 0)), "c6b8");
     EXPECT_EQ(suche.Wert(), 0);
 
     // The hundredth reversible ply ends the game: a queen up is worth nothing here.

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "board/zugmachen.h"
+#include "../board/brett_hilfe.h"
 #include "protocol/ausgabe.h"
 #include "protocol/optionen.h"
 #include "protocol/uci.h"
@@ -59,26 +59,14 @@ struct Sitzung_t {
     UciInterface_t uci{Optionstabelle, &zk, &aus, &suche};
 };
 
-// The position after the moves, with its data.
-struct Nach_t {
-    Nach_t(const char* fen, std::initializer_list<const char*> zuege) {
-        EXPECT_TRUE(SetzeStellung(*st, daten, fen));
-        for (const char* text : zuege) {
-            Rueckzug_t r;
-            EXPECT_TRUE(SpielzugMachen(*st, LeseKoordinatenZug(*st, text), r, daten)) << text;
-        }
-    }
-    Zug_t Zug(const char* text) const { return LeseKoordinatenZug(*st, text); }
-    std::unique_ptr<Stellung_t> st = std::make_unique<Stellung_t>();
-    Stellungsdaten_t daten{};
-};
+using Nach_t = brett_test::Brett;
 
 // Every move of the line legal in turn.
 bool LegaleFolge(const char* fen, const std::vector<Zug_t>& zuege) {
-    Nach_t n(fen, {});
+    Nach_t n(fen);
     for (Zug_t zug : zuege) {
         Rueckzug_t r;
-        if (!IstLegal(*n.st, zug, n.daten) || !SpielzugMachen(*n.st, zug, r, n.daten)) return false;
+        if (!IstLegal(*n.st, zug, n.d) || !SpielzugMachen(*n.st, zug, r, n.d)) return false;
     }
     return true;
 }
@@ -101,10 +89,10 @@ TEST(Wurzel, ZuegeAusDerTabelleNurWennLegal) {
                              static_cast<Zug_t>(MachZug(12, 28, 0) | 0xF000)};
     for (Zug_t falsch : falsche) {
         SCOPED_TRACE(falsch);
-        ASSERT_FALSE(IstLegal(*nachE4.st, falsch, nachE4.daten));
+        ASSERT_FALSE(IstLegal(*nachE4.st, falsch, nachE4.d));
         Sitzung_t s;
-        s.suche.Tabelle().store(wurzel.daten.schluessel, 0, Eintrag(wurzel.Zug("e2e4")));
-        s.suche.Tabelle().store(nachE4.daten.schluessel, 0, Eintrag(falsch));
+        s.suche.Tabelle().store(wurzel.d.schluessel, 0, Eintrag(wurzel.Zug("e2e4")));
+        s.suche.Tabelle().store(nachE4.d.schluessel, 0, Eintrag(falsch));
         s("position startpos");
         s("go depth 4");
         EXPECT_EQ(s.aus.besterZug, wurzel.Zug("e2e4"));
@@ -117,9 +105,9 @@ TEST(Wurzel, ZuegeAusDerTabelleNurWennLegal) {
     const char* const einzig = "k7/8/8/8/8/8/1q6/K7 w - - 0 1";
     const Nach_t e(einzig, {}), nachKxb2(einzig, {"a1b2"}), nachKb8(einzig, {"a1b2", "a8b8"});
     Sitzung_t s;
-    s.suche.Tabelle().store(e.daten.schluessel, 0, Eintrag(e.Zug("a1b2")));
-    s.suche.Tabelle().store(nachKxb2.daten.schluessel, 0, Eintrag(nachKxb2.Zug("a8b8")));
-    s.suche.Tabelle().store(nachKb8.daten.schluessel, 0, Eintrag(MachZug(49, 33, 6)));  // king b2-b4
+    s.suche.Tabelle().store(e.d.schluessel, 0, Eintrag(e.Zug("a1b2")));
+    s.suche.Tabelle().store(nachKxb2.d.schluessel, 0, Eintrag(nachKxb2.Zug("a8b8")));
+    s.suche.Tabelle().store(nachKb8.d.schluessel, 0, Eintrag(MachZug(49, 33, 6)));  // king b2-b4
     s(("position fen " + std::string(einzig)).c_str());
     s("go depth 3");
     ASSERT_FALSE(s.aus.linien.empty());
@@ -132,7 +120,7 @@ TEST(Wurzel, ZuegeAusDerTabelleNurWennLegal) {
 TEST(Wurzel, MehrereLinienMeldenDenBestenWieEine) {
     // White takes the queen; three lines are kept.
     const char* const fen = "4k3/pp6/8/3q4/8/8/PP1R4/4K3 w - - 0 1";
-    const Nach_t p(fen, {});
+    const Nach_t p(fen);
     Sitzung_t s;
     s("setoption name MultiPV value 3");
     s(("position fen " + std::string(fen)).c_str());
