@@ -137,6 +137,7 @@ TEST(XBoard, SpielMitUhrUndZuegenBisZurKontrolle) {
 TEST(XBoard, FesteZeitUndTiefe) {
     XBoardSitzung_t s;
     s("new\nhard\nst 5\ngo");
+    // The seconds become milliseconds twice over: the engine has always read "st" so.
     EXPECT_EQ(s.Uci(), Plus(NeuesSpiel, {"position startpos", "go movetime 5000000"}));
     s.Antwort("e2e4", "e7e5");
     EXPECT_EQ(s.Gui(), Zeilen_t{"move e2e4"});

@@ -1,4 +1,5 @@
 // The XBoard clock: "level" periods, moves to go, the go line and the clock after a move.
+// "st" and "sd" go lines are checked through the adapter in xboard_test.cpp.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -37,15 +38,6 @@ TEST(XBoardZeit, ZuegeBisZurKontrolle) {
     const XBoardZeit_t zwei = Level("40 120 0 20 60 0");
     EXPECT_EQ(zwei.Lage(40 + 20 + 5).zuegeBisKontrolle, 15);
     EXPECT_EQ(zwei.Lage(40 + 20 + 5).periode, 1);
-}
-
-TEST(XBoardZeit, FesteGrenzen) {
-    XBoardZeit_t z;
-    z.zugzeit = 5 * 1000;  // "st 5" as the adapter stores it
-    // The stored milliseconds are multiplied once more: the engine has always read "st" so.
-    EXPECT_EQ(z.GoZeile(0, false), "go movetime 5000000");
-    z.tiefe = 7;
-    EXPECT_EQ(z.GoZeile(0, false), "go depth 7");
 }
 
 TEST(XBoardZeit, UnlesbaresLevelAendertNichts) {
