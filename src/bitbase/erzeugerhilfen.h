@@ -49,13 +49,13 @@ inline Kindreihe_t Kindreihe(const Erzeugersignatur_t& sig, int geschlagen, int 
             r.typ[r.anzahl] = i == umgewandelt ? neuerTyp : sig.typ[i];
             r.farbe[r.anzahl++] = seite;
         }
-        // Stable: the king stays first, identical men keep their order.
-        std::stable_sort(r.quelle + start, r.quelle + r.anzahl, [&](int a, int b) {
-            const int ta = a == umgewandelt ? neuerTyp : sig.typ[a];
-            const int tb = b == umgewandelt ? neuerTyp : sig.typ[b];
-            return ta > tb;
-        });
-        for (int j = start; j < r.anzahl; ++j) r.typ[j] = r.quelle[j] == umgewandelt ? neuerTyp : sig.typ[r.quelle[j]];
+        // By falling type, stable: the king stays first, identical men keep their order.
+        // An insertion sort: a handful of men, and no library sort the compiler can't bound.
+        for (int j = start + 1; j < r.anzahl; ++j)
+            for (int k = j; k > start && r.typ[k - 1] < r.typ[k]; --k) {
+                std::swap(r.quelle[k - 1], r.quelle[k]);
+                std::swap(r.typ[k - 1], r.typ[k]);
+            }
     }
     return r;
 }
