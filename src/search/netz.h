@@ -72,6 +72,9 @@ const char* NetzBefehlssatz();
 
 // The network built into the program.
 const Bewertungsnetz_t& EingebautesNetz();
+// The built-in file read afresh, or nullptr and the reason (then EingebautesNetz adds
+// nothing): a network file of another shape than this build's fails here.
+std::unique_ptr<Bewertungsnetz_t> LeseEingebautesNetz(std::string& fehler);
 
 // Network files: a 32-byte header ("KelvNetz", version, inputs, hidden nodes, outputs,
 // the two scales as u32), the weights as little-endian integers in the order of

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <memory>
 #include <random>
 #include <string>
@@ -136,6 +137,17 @@ TEST(Netz, AusgabeSkala) {
     EXPECT_EQ(NetzWert(*netz, akku, Schwarz), 0);
     netz->ausgabeBias[0] = NetzQA * NetzQB * 100;  // 100 pawns: held at the bound
     EXPECT_EQ(NetzWert(*netz, akku, Schwarz), static_cast<int32_t>(static_cast<uint32_t>(NetzWertGrenze) << 16));
+}
+
+// The file built in fits this build's shape (a network trained for another width or
+// version would leave the engine without its evaluation) and is not empty.
+TEST(Netz, EingebautesNetzPasst) {
+    std::string fehler;
+    const auto netz = LeseEingebautesNetz(fehler);
+    ASSERT_NE(netz, nullptr) << fehler;
+    EXPECT_EQ(std::memcmp(netz.get(), &EingebautesNetz(), sizeof(Bewertungsnetz_t)), 0);
+    EXPECT_TRUE(std::any_of(std::begin(netz->ausgabeGewichte[0]), std::end(netz->ausgabeGewichte[0]),
+                            [](int16_t w) { return w != 0; }));
 }
 
 TEST(Netz, DateiHinUndZurueck) {
