@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <atomic>
 #include <functional>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <string>
@@ -33,9 +34,9 @@ inline bool LeseBit(const uint8_t* bits, uint64_t i) { return (bits[i >> 3] >> (
 // changed, each side ordered king first and then by falling value.
 struct Kindreihe_t {
     int anzahl = 0;
-    int quelle[BitbaseSteineMax];
-    int typ[BitbaseSteineMax];
-    int farbe[BitbaseSteineMax];
+    int quelle[BitbaseSteineMax] = {};
+    int typ[BitbaseSteineMax] = {};
+    int farbe[BitbaseSteineMax] = {};
 };
 
 inline Kindreihe_t Kindreihe(const Erzeugersignatur_t& sig, int geschlagen, int umgewandelt, int neuerTyp, bool gedreht) {
@@ -151,8 +152,9 @@ private:
         const Kindreihe_t r = Kindreihe(sig, g, s, u, false);
         const Kindreihe_t rg = Kindreihe(sig, g, s, u, true);
         const std::string name = Name(r), nameGedreht = Name(rg);
-        std::copy(r.quelle, r.quelle + r.anzahl, kind->quelle);
-        std::copy(rg.quelle, rg.quelle + rg.anzahl, kind->quelleGedreht);
+        // Whole rows: the entries past the men are never read.
+        std::copy(std::begin(r.quelle), std::end(r.quelle), kind->quelle);
+        std::copy(std::begin(rg.quelle), std::end(rg.quelle), kind->quelleGedreht);
         kind->remis = r.anzahl == 2 && !selbst;
         if (!kind->remis) {
             kind->sig.Setze(name.c_str());
