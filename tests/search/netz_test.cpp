@@ -10,6 +10,7 @@
 #include <random>
 #include <string>
 
+#include "../board/brett_hilfe.h"
 #include "../protocol/protokoll_hilfen.h"
 #include "../test_dateien.h"
 
@@ -58,15 +59,11 @@ TEST(Netz, SchrittweiseGleichNeuAufgebaut) {
             Akkumulator_t akku;
             NetzAufbauen(*netz, *st, akku);
             for (int ply = 0; ply < 120; ++ply) {
-                Zugliste_t liste;
-                std::vector<Zug_t> legal, besonders;
-                for (const uint32_t* z = liste, *e = ErzeugeZuege(*st, d, liste); z != e; ++z) {
-                    const Zug_t zug = static_cast<Zug_t>(*z);
-                    if (!IstLegal(*st, zug, d)) continue;
-                    legal.push_back(zug);
+                const std::vector<Zug_t> legal = brett_test::Legal(*st, d);
+                std::vector<Zug_t> besonders;
+                for (Zug_t zug : legal)
                     if (Art(zug) >= UmwandlungSpringer || (st->seite[st->amZug ^ 1].brett[0] & Bit(Nach(zug))))
                         besonders.push_back(zug);
-                }
                 if (legal.empty()) break;
                 Zug_t zug;
                 if (!ImSchach(*st, d) && zufall() % 10 == 0) {
