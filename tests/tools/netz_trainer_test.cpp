@@ -104,6 +104,18 @@ TEST(NetzTrainer, LerntUndQuantisiertTreu) {
     std::string fehler;
     EXPECT_NE(LadeNetzDatei(a.ausgabe, fehler), nullptr) << fehler;
 
+    // Going on from the written network starts where the engine's scores left off.
+    Trainerauftrag_t weiter = a;
+    weiter.start = a.ausgabe;
+    weiter.ausgabe = spiele.ordner / "weiter.knn";
+    weiter.epochen = 0;
+    Trainerergebnis_t w;
+    ASSERT_EQ(Trainiere(weiter, bericht, &w), 0) << bericht.str();
+    EXPECT_NEAR(w.ersterFehler, e.quantisiertFehler, 0.0005);
+    weiter.start = spiele.ordner / "missing.knn";
+    EXPECT_EQ(Trainiere(weiter, bericht), 1);
+    EXPECT_NE(bericht.str().find("cannot open"), std::string::npos);
+
     // Nothing to learn from: refused with a report.
     a.daten = {spiele.ordner / "missing.bin"};
     EXPECT_EQ(Trainiere(a, bericht), 1);

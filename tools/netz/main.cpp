@@ -3,7 +3,7 @@
 //   kelvaran_netz daten OUT [games=N] [nodes=N] [threads=N] [seed=N] [random=N] [hash=MB]
 //                       [net=FILE] OPENINGS...
 //   kelvaran_netz lernen OUT.knn DATA... [epochs=N] [batch=N] [lr=X] [lambda=X] [threads=N] [seed=N]
-//                        [validation=X] [limit=N] [mirror=0|1] [k=X]
+//                        [validation=X] [limit=N] [mirror=0|1] [k=X] [net=FILE]
 #include <cstdlib>
 #include <cstring>
 #include <iostream>
@@ -48,8 +48,10 @@ int Lernen(int argc, char** argv) {
         if (!Parameter(p, "epochs", a.epochen) && !Parameter(p, "batch", a.stapel) && !Parameter(p, "lr", a.lernrate) &&
             !Parameter(p, "lambda", a.lambda) && !Parameter(p, "threads", a.threads) && !Parameter(p, "seed", a.saat) &&
             !Parameter(p, "validation", a.pruefAnteil) && !Parameter(p, "limit", a.hoechstens) &&
-            !Parameter(p, "mirror", a.spiegeln) && !Parameter(p, "k", a.k))
-            a.daten.emplace_back(p);
+            !Parameter(p, "mirror", a.spiegeln) && !Parameter(p, "k", a.k)) {
+            if (std::strncmp(p, "net=", 4) == 0) a.start = p + 4;
+            else a.daten.emplace_back(p);
+        }
     }
     return Trainiere(a, std::cout);
 }
@@ -64,6 +66,6 @@ int main(int argc, char** argv) {
     std::cerr << "usage: kelvaran_netz daten OUT [games=N] [nodes=N] [threads=N] [seed=N] [random=N] [hash=MB] "
                  "[net=FILE] OPENINGS...\n"
                  "       kelvaran_netz lernen OUT.knn DATA... [epochs=N] [batch=N] [lr=X] [lambda=X] [threads=N] "
-                 "[seed=N] [validation=X] [limit=N] [mirror=0|1] [k=X]\n";
+                 "[seed=N] [validation=X] [limit=N] [mirror=0|1] [k=X] [net=FILE]\n";
     return 2;
 }

@@ -299,6 +299,18 @@ int16_t Runde16(float x, float skala) {
     return static_cast<int16_t>(std::clamp(std::lround(x * skala), -32767L, 32767L));
 }
 
+// The float network an integer one stands for: the inverse of Quantisiere.
+Netz_t Entquantisiere(const Bewertungsnetz_t& q) {
+    Netz_t p(Parameterzahl);
+    for (int i = 0; i < NetzEingaben; ++i)
+        for (int k = 0; k < H; ++k) p[static_cast<size_t>(i) * H + k] = q.gewichte[i][k] / float{NetzQA};
+    for (int k = 0; k < H; ++k) p[OffsetB1 + k] = q.bias[k] / float{NetzQA};
+    for (int j = 0; j < 2; ++j)
+        for (int k = 0; k < 2 * H; ++k) p[OffsetW2 + j * 2 * H + k] = q.ausgabeGewichte[j][k] / float{NetzQB};
+    for (int j = 0; j < 2; ++j) p[OffsetB2 + j] = static_cast<float>(q.ausgabeBias[j]) / (NetzQA * NetzQB);
+    return p;
+}
+
 std::unique_ptr<Bewertungsnetz_t> Quantisiere(const Netz_t& p) {
     auto q = std::make_unique<Bewertungsnetz_t>();
     for (int i = 0; i < NetzEingaben; ++i)
@@ -317,6 +329,14 @@ int Trainiere(const Trainerauftrag_t& a, std::ostream& bericht, Trainerergebnis_
     using Uhr = std::chrono::steady_clock;
     const auto start = Uhr::now();
     const int threads = std::max(1, a.threads);
+    std::unique_ptr<Bewertungsnetz_t> anfangsnetz;
+    if (!a.start.empty()) {
+        std::string fehler;
+        if (!(anfangsnetz = LadeNetzDatei(a.start, fehler))) {
+            bericht << "info string " << fehler << '\n';
+            return 1;
+        }
+    }
     Daten_t d;
     if (a.daten.empty() || !LeseDaten(a, d, bericht)) return 1;
     d.training = d.saetze.size() - static_cast<size_t>(static_cast<double>(d.saetze.size()) * a.pruefAnteil);
@@ -340,10 +360,15 @@ int Trainiere(const Trainerauftrag_t& a, std::ostream& bericht, Trainerergebnis_
                   d.saetze.size(), d.saetze.size() - d.training, e.k, a.lambda);
     bericht << zeile << std::flush;
 
-    Netz_t p = NeuesGleitnetz(a.saat), m(Parameterzahl, 0.0f), v(Parameterzahl, 0.0f);
+    Netz_t p = anfangsnetz ? Entquantisiere(*anfangsnetz) : NeuesGleitnetz(a.saat);
+    Netz_t m(Parameterzahl, 0.0f), v(Parameterzahl, 0.0f);
     std::vector<Durchlauf_t> durchlauf(threads);
     auto floatWert = [&](int t, size_t i) { return Vorwaerts(p, d.saetze[i], d.rahmen[i], durchlauf[t]); };
     e.ersterFehler = MittlererFehler(d, d.training, d.saetze.size(), e.k, threads, floatWert);
+    if (anfangsnetz) {
+        std::snprintf(zeile, sizeof zeile, "info string starting network: validation %.6f\n", e.ersterFehler);
+        bericht << zeile << std::flush;
+    }
 
     std::vector<uint32_t> reihe(d.training);
     for (size_t i = 0; i < reihe.size(); ++i) reihe[i] = static_cast<uint32_t>(i);

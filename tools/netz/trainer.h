@@ -24,6 +24,7 @@ struct Trainerauftrag_t {
     uint64_t hoechstens = 0;         // read at most this many positions (0: all)
     bool spiegeln = true;            // also learn from each position with its wings exchanged
     double k = 0;                    // the sigmoid's scale; 0: fitted to the scores and results
+    std::string start;               // a network file to go on from instead of random weights
 };
 
 // What the trainer reports at its end, for the tests.
