@@ -6,9 +6,11 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <limits>
 #include <memory>
 #include <random>
 #include <thread>
+#include <type_traits>
 
 #include "netz/datensatz.h"
 #include "search/bewertung.h"
@@ -295,31 +297,32 @@ Netz_t GleitGradient(const Netz_t& netz, const Datensatz_t& d) {
 
 namespace {
 
-int16_t Runde16(float x, float skala) {
-    return static_cast<int16_t>(std::clamp(std::lround(x * skala), -32767L, 32767L));
+// Walks the float weights and their integers side by side, in layout order, with the
+// scale that turns one into the other; P and Q carry the constness of the direction.
+template <typename P, typename Q, typename F>
+void JedesPaar(P& p, Q& q, F&& f) {
+    for (int i = 0; i < NetzEingaben; ++i)
+        for (int k = 0; k < H; ++k) f(p[static_cast<size_t>(i) * H + k], q.gewichte[i][k], float{NetzQA});
+    for (int k = 0; k < H; ++k) f(p[OffsetB1 + k], q.bias[k], float{NetzQA});
+    for (int j = 0; j < 2; ++j)
+        for (int k = 0; k < 2 * H; ++k) f(p[OffsetW2 + j * 2 * H + k], q.ausgabeGewichte[j][k], float{NetzQB});
+    for (int j = 0; j < 2; ++j) f(p[OffsetB2 + j], q.ausgabeBias[j], float{NetzQA * NetzQB});
 }
 
 // The float network an integer one stands for: the inverse of Quantisiere.
 Netz_t Entquantisiere(const Bewertungsnetz_t& q) {
     Netz_t p(Parameterzahl);
-    for (int i = 0; i < NetzEingaben; ++i)
-        for (int k = 0; k < H; ++k) p[static_cast<size_t>(i) * H + k] = q.gewichte[i][k] / float{NetzQA};
-    for (int k = 0; k < H; ++k) p[OffsetB1 + k] = q.bias[k] / float{NetzQA};
-    for (int j = 0; j < 2; ++j)
-        for (int k = 0; k < 2 * H; ++k) p[OffsetW2 + j * 2 * H + k] = q.ausgabeGewichte[j][k] / float{NetzQB};
-    for (int j = 0; j < 2; ++j) p[OffsetB2 + j] = static_cast<float>(q.ausgabeBias[j]) / (NetzQA * NetzQB);
+    JedesPaar(p, q, [](float& x, auto w, float skala) { x = static_cast<float>(w) / skala; });
     return p;
 }
 
 std::unique_ptr<Bewertungsnetz_t> Quantisiere(const Netz_t& p) {
     auto q = std::make_unique<Bewertungsnetz_t>();
-    for (int i = 0; i < NetzEingaben; ++i)
-        for (int k = 0; k < H; ++k) q->gewichte[i][k] = Runde16(p[static_cast<size_t>(i) * H + k], NetzQA);
-    for (int k = 0; k < H; ++k) q->bias[k] = Runde16(p[OffsetB1 + k], NetzQA);
-    for (int j = 0; j < 2; ++j)
-        for (int k = 0; k < 2 * H; ++k) q->ausgabeGewichte[j][k] = Runde16(p[OffsetW2 + j * 2 * H + k], NetzQB);
-    for (int j = 0; j < 2; ++j)
-        q->ausgabeBias[j] = static_cast<int32_t>(std::lround(p[OffsetB2 + j] * NetzQA * NetzQB));
+    JedesPaar(p, *q, [](float x, auto& w, float skala) {
+        using T = std::remove_reference_t<decltype(w)>;
+        const long grenze = std::numeric_limits<T>::max();
+        w = static_cast<T>(std::clamp(std::lround(x * skala), -grenze, grenze));
+    });
     return q;
 }
 
